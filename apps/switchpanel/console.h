@@ -1,0 +1,28 @@
+// Standard output and standard error as a place for people: text in any language, terminals told from files.
+#pragma once
+
+#include <QtCore/QString>
+
+namespace console {
+
+enum class Stream { Output, Error };
+
+/*!
+    To be called once, when the application object exists. Where the locale names no character set beyond ASCII,
+   arguments, file names and output are UTF-8; on Windows the console is made to understand escape sequences.
+*/
+void prepare();
+
+bool isTerminal(Stream stream);
+
+//! Whether the stream is a terminal that understands escape sequences.
+bool hasEscapes(Stream stream);
+
+//! Columns of the terminal; 80 where it does not say.
+int columns(Stream stream);
+
+//! Writes at once, in the locale's character set (Windows: Unicode on a console, UTF-8 elsewhere). False when it
+//! cannot.
+bool write(Stream stream, const QString &text);
+
+} // namespace console

@@ -1,0 +1,83 @@
+#include "console.h"
+
+#include <cstdio>
+
+#include <windows.h>
+
+namespace {
+
+constexpr int kUsualColumns = 80;
+
+HANDLE handleOf(console::Stream stream)
+{
+    return GetStdHandle(stream == console::Stream::Output ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
+}
+
+bool isConsole(HANDLE handle)
+{
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != 0;
+}
+
+bool hasMode(HANDLE handle, DWORD flag)
+{
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != 0 && (mode & flag) != 0;
+}
+
+bool writeConsole(HANDLE handle, const QString &text)
+{
+    constexpr int kChunk = 8'192; // consoles refuse large blocks
+    for (int begin = 0; begin < text.size(); begin += kChunk) {
+        const QString chunk = text.mid(begin, kChunk);
+        DWORD written = 0;
+        if (!WriteConsoleW(handle, chunk.utf16(), static_cast<DWORD>(chunk.size()), &written, nullptr))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+namespace console {
+
+void prepare()
+{
+    for (const Stream stream : {Stream::Output, Stream::Error}) {
+        const HANDLE handle = handleOf(stream);
+        DWORD mode = 0;
+        if (GetConsoleMode(handle, &mode))
+            SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    }
+}
+
+bool isTerminal(Stream stream)
+{
+    return isConsole(handleOf(stream));
+}
+
+bool hasEscapes(Stream stream)
+{
+    return hasMode(handleOf(stream), ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+int columns(Stream stream)
+{
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    if (!GetConsoleScreenBufferInfo(handleOf(stream), &info))
+        return kUsualColumns;
+    return info.srWindow.Right - info.srWindow.Left + 1;
+}
+
+bool write(Stream stream, const QString &text)
+{
+    const HANDLE handle = handleOf(stream);
+    if (isConsole(handle))
+        return writeConsole(handle, text);
+    const QByteArray bytes = text.toUtf8();
+    std::FILE *file = stream == Stream::Output ? stdout : stderr;
+    const auto size = static_cast<std::size_t>(bytes.size());
+    return std::fwrite(bytes.constData(), 1, size, file) == size && std::fflush(file) == 0;
+}
+
+} // namespace console

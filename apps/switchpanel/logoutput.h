@@ -1,0 +1,19 @@
+// The program's log: Qt's messages on standard error, in the program's own form.
+#pragma once
+
+/*!
+    While it lives, warnings and worse of the libraries appear on standard error as "switchpanel: text"; debug messages
+   only when asked for, by `isVerbose` or by QT_LOGGING_RULES, which has the last word. Switched-off debug messages cost
+   nothing. One object at a time, on the main thread; messages may come from any thread.
+*/
+class LogOutput
+{
+public:
+    explicit LogOutput(bool isVerbose);
+    ~LogOutput();
+    LogOutput(const LogOutput &) = delete;
+    LogOutput &operator=(const LogOutput &) = delete;
+
+    //! Warnings and worse so far.
+    static int warningCount();
+};

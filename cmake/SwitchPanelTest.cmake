@@ -1,0 +1,30 @@
+# switchpanel_test(name SOURCES … [LINK …] [LABELS …] [TIMEOUT seconds] [ENVIRONMENT A=b …] [GTEST])
+# One test program, registered with CTest under its own name. Qt Test is linked unless GTEST is given. Tests set TZ and LC_ALL
+# for themselves; the platform plugin is the off-screen one. A test labelled "slow" runs in builds without sanitizers only.
+function(switchpanel_test name)
+  if(NOT SWITCHPANEL_TESTS)
+    return()
+  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 arg "GTEST" "TIMEOUT" "SOURCES;LINK;LABELS;ENVIRONMENT")
+  add_executable(${name} ${arg_SOURCES})
+  switchpanel_defaults(${name})
+  if(arg_GTEST)
+    find_package(GTest REQUIRED)
+    target_link_libraries(${name} PRIVATE GTest::gtest_main ${arg_LINK})
+  else()
+    find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+    target_link_libraries(${name} PRIVATE Qt5::Test ${arg_LINK})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  endif()
+  if(SWITCHPANEL_SANITIZE AND "slow" IN_LIST arg_LABELS)
+    return()
+  endif()
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT ${arg_TIMEOUT}
+    LABELS "${arg_LABELS}"
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;${arg_ENVIRONMENT}")
+endfunction()

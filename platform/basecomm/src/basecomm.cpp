@@ -1,0 +1,7 @@
+#include <basecomm/basecomm.h>
+
+BaseComm::BaseComm(QObject *parent)
+    : QObject(parent)
+{}
+
+BaseComm::~BaseComm() = default;

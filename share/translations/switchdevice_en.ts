@@ -1,0 +1,302 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="zh_CN">
+<context>
+    <name>SwitchDevice</name>
+    <message>
+        <source>华为</source>
+        <translation>Huawei</translation>
+    </message>
+    <message>
+        <source>华三</source>
+        <translation>Hua3</translation>
+    </message>
+    <message>
+        <source>VLAN划分</source>
+        <translation>VLAN assignment</translation>
+    </message>
+    <message>
+        <source>组播</source>
+        <translation>Multicast</translation>
+    </message>
+    <message>
+        <source>查询器</source>
+        <translation>IGMP querier</translation>
+    </message>
+    <message>
+        <source>链路聚合</source>
+        <translation>Link aggregation</translation>
+    </message>
+    <message>
+        <source>镜像端口配置</source>
+        <translation>Port mirroring</translation>
+    </message>
+    <message>
+        <source>自协商开关</source>
+        <translation>Auto-negotiation</translation>
+    </message>
+    <message>
+        <source>POE设置</source>
+        <translation>PoE settings</translation>
+    </message>
+    <message>
+        <source>接口设置</source>
+        <translation>Interface settings</translation>
+    </message>
+    <message>
+        <source>接口设置命令:</source>
+        <translation>Interface setting commands:</translation>
+    </message>
+    <message>
+        <source>保存配置</source>
+        <translation>Save configuration</translation>
+    </message>
+    <message>
+        <source>清空配置</source>
+        <translation>Clear configuration</translation>
+    </message>
+    <message>
+        <source>导出配置</source>
+        <translation>Export configuration</translation>
+    </message>
+    <message>
+        <source>导出配置1</source>
+        <translation>Export configuration1</translation>
+    </message>
+    <message>
+        <source>文件配置</source>
+        <translation>Configuration from file</translation>
+    </message>
+    <message>
+        <source>vlan</source>
+        <translation>VLAN</translation>
+    </message>
+    <message>
+        <source>端口状态监测</source>
+        <translation>Port status monitoring</translation>
+    </message>
+    <message>
+        <source>接口速率</source>
+        <translation>Interface speed</translation>
+    </message>
+    <message>
+        <source>光模块</source>
+        <translation>Optical modules</translation>
+    </message>
+    <message>
+        <source>IP冲突</source>
+        <translation>IP conflicts</translation>
+    </message>
+    <message>
+        <source>组播转发表</source>
+        <translation>Multicast forwarding table</translation>
+    </message>
+    <message>
+        <source>接口解析</source>
+        <translation>Interface discovery</translation>
+    </message>
+    <message>
+        <source>光电端口解析</source>
+        <translation>Optical/electrical port discovery</translation>
+    </message>
+    <message>
+        <source>用户名</source>
+        <translation>User name</translation>
+    </message>
+    <message>
+        <source>串口打开失败</source>
+        <translation>Could not open the serial port: </translation>
+    </message>
+    <message>
+        <source>已断开连接</source>
+        <translation>Disconnected</translation>
+    </message>
+    <message>
+        <source>用户名登录中</source>
+        <translation>Logging in with the user name</translation>
+    </message>
+    <message>
+        <source>密码登录中</source>
+        <translation>Logging in with the password</translation>
+    </message>
+    <message>
+        <source>已连console端口:</source>
+        <translation>Connected to console port: </translation>
+    </message>
+    <message>
+        <source>登录失败,检查用户名或者密码后重新连接</source>
+        <translation>Login failed, check the user name or password and connect again</translation>
+    </message>
+    <message>
+        <source>请先设置用户名</source>
+        <translation>Please set the user name first</translation>
+    </message>
+    <message>
+        <source>请先设置密码</source>
+        <translation>Please set the password first</translation>
+    </message>
+    <message>
+        <source>回读中...</source>
+        <translation>Reading back...</translation>
+    </message>
+    <message>
+        <source>回读失败</source>
+        <translation>Read-back failed</translation>
+    </message>
+    <message>
+        <source>登录成功..</source>
+        <translation>Login succeeded..</translation>
+    </message>
+    <message>
+        <source>登录失败</source>
+        <translation>Login failed</translation>
+    </message>
+    <message>
+        <source>执行中...</source>
+        <translation> in progress...</translation>
+    </message>
+    <message>
+        <source>执行结束</source>
+        <translation> finished</translation>
+    </message>
+    <message>
+        <source>执行失败</source>
+        <translation> failed</translation>
+    </message>
+    <message>
+        <source>执行失败，请重试...</source>
+        <translation> failed, please try again...</translation>
+    </message>
+    <message>
+        <source>端口状态信息:</source>
+        <translation>Port status:</translation>
+    </message>
+    <message>
+        <source>未开启全局组播</source>
+        <translation>Multicast is not enabled globally</translation>
+    </message>
+    <message>
+        <source>没有组播配置</source>
+        <translation>There is no multicast configuration</translation>
+    </message>
+    <message>
+        <source>端口</source>
+        <translation>Port </translation>
+    </message>
+    <message>
+        <source>自协商状态:</source>
+        <translation> auto-negotiation: </translation>
+    </message>
+    <message>
+        <source>已开启</source>
+        <translation>enabled</translation>
+    </message>
+    <message>
+        <source>未开启</source>
+        <translation>not enabled</translation>
+    </message>
+    <message>
+        <source>镜像端口配置信息:</source>
+        <translation>Port mirroring configuration:</translation>
+    </message>
+    <message>
+        <source>镜像id:</source>
+        <translation>Mirroring group ID:</translation>
+    </message>
+    <message>
+        <source>源端口号:</source>
+        <translation>source port:</translation>
+    </message>
+    <message>
+        <source>目的端口号:</source>
+        <translation>destination port:</translation>
+    </message>
+    <message>
+        <source>镜像id：%1，源端口号%2，目的端口号%3</source>
+        <translation>Mirroring group ID: %1, source port %2, destination port %3</translation>
+    </message>
+    <message>
+        <source>配置正在清除 ，请5分钟后重新连接</source>
+        <translation>The configuration is being cleared, please reconnect in 5 minutes</translation>
+    </message>
+    <message>
+        <source>光模块信息:</source>
+        <translation> optical module: </translation>
+    </message>
+    <message>
+        <source>未检测到光模块</source>
+        <translation> no optical module detected</translation>
+    </message>
+</context>
+<context>
+    <name>ConsolePort</name>
+    <message>
+        <source>未选择串口</source>
+        <translation>no serial port is chosen</translation>
+    </message>
+    <message>
+        <source>串口 %1 不支持波特率 %2</source>
+        <translation>the serial port %1 does not support a speed of %2 baud</translation>
+    </message>
+    <message>
+        <source>串口 %1 只支持8个数据位、无校验、1个停止位、无流控</source>
+        <translation>the serial port %1 supports 8 data bits, no parity, 1 stop bit and no flow control only</translation>
+    </message>
+    <message>
+        <source>串口 %1 无法使用：串口线程未运行</source>
+        <translation>the serial port %1 cannot be used: the port thread is not running</translation>
+    </message>
+    <message>
+        <source>串口 %1 不存在，请检查连接线</source>
+        <translation>there is no serial port %1, check the cable</translation>
+    </message>
+    <message>
+        <source>没有权限打开串口 %1</source>
+        <translation>no permission to open the serial port %1</translation>
+    </message>
+    <message>
+        <source>串口 %1 正被其他程序占用</source>
+        <translation>the serial port %1 is in use by another program</translation>
+    </message>
+    <message>
+        <source>%1 不是串口</source>
+        <translation>%1 is not a serial port</translation>
+    </message>
+    <message>
+        <source>打开串口 %1 超时</source>
+        <translation>opening the serial port %1 takes too long</translation>
+    </message>
+    <message>
+        <source>已取消打开串口 %1</source>
+        <translation>opening the serial port %1 was cancelled</translation>
+    </message>
+    <message>
+        <source>无法打开串口 %1：%2</source>
+        <translation>the serial port %1 cannot be opened: %2</translation>
+    </message>
+    <message>
+        <source>串口未打开</source>
+        <translation>no serial port is open</translation>
+    </message>
+    <message>
+        <source>串口 %1 发送超时</source>
+        <translation>the serial port %1 takes too long to send</translation>
+    </message>
+    <message>
+        <source>串口 %1 发送失败：%2</source>
+        <translation>the serial port %1 cannot send: %2</translation>
+    </message>
+    <message>
+        <source>串口 %1 已断开，请检查连接线</source>
+        <translation>the serial port %1 is gone, check the cable</translation>
+    </message>
+    <message>
+        <source>串口 %1 已打开，波特率 %2</source>
+        <translation>serial port %1 opened at %2 baud</translation>
+    </message>
+    <message>
+        <source>串口 %1 已关闭</source>
+        <translation>serial port %1 closed</translation>
+    </message>
+</context>
+</TS>
