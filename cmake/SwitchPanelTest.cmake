@@ -22,6 +22,12 @@ function(switchpanel_test name)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
+  if("tsan" IN_LIST arg_LABELS)
+    if(NOT TARGET tsan_tests)
+      add_custom_target(tsan_tests) # the thread sanitizer's build needs nothing else
+    endif()
+    add_dependencies(tsan_tests ${name})
+  endif()
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     TIMEOUT ${arg_TIMEOUT}
