@@ -350,7 +350,7 @@ void TestTextAnalysis::slaves_expectedNetworkFromAnAddress()
     Records requests;
     for (int second = 0; second < 2; ++second) {
         for (int host = 1; host <= 5; ++host)
-            requests.append(recordAt(second * 1000 + 10 * host, QStringLiteral("10.0.0.%1").arg(host)));
+            requests.append(recordAt(second * 1000LL + 10LL * host, QStringLiteral("10.0.0.%1").arg(host)));
     }
     const CheckResult result = checkSlaveResponseWithDetails(recordsAt({0, 1000, 2000}), requests, 9);
     QCOMPARE(result.first, QStringLiteral("异常 (2/2 Sync消息)"));
@@ -409,7 +409,7 @@ void TestTextAnalysis::slaves_tenPercent_isNormal()
     QFETCH(QString, status);
     Records requests;
     for (int window = silent; window < 10; ++window)
-        requests.append(recordAt(window * 1000));
+        requests.append(recordAt(window * 1000LL));
     const CheckResult result = checkSlaveResponseWithDetails(recordsAt({0, 10000}), requests, 1);
     QCOMPARE(result.first, status);
     QCOMPARE(result.second.size(), silent);
@@ -513,9 +513,9 @@ void TestTextAnalysis::matching_rate()
     Records requests;
     Records responses;
     for (int i = 0; i < 10; ++i) {
-        requests.append(recordAt(i * 1000, QString(), QString::number(i)));
+        requests.append(recordAt(i * 1000LL, QString(), QString::number(i)));
         if (i >= unanswered)
-            responses.append(recordAt(i * 1000 + (i < unanswered + late ? 70 : 7), QString(), QString::number(i)));
+            responses.append(recordAt(i * 1000LL + (i < unanswered + late ? 70 : 7), QString(), QString::number(i)));
     }
     const CheckResult result = checkDelayReqRespMatching(requests, responses);
     QCOMPARE(result.first, status);

@@ -450,7 +450,6 @@ void TestConsoleportComm::fromThePortThread_nothingWaitsForItself()
     QVERIFY(openScripted());
     QObject context;
     std::atomic<bool> written{false};
-    std::atomic<bool> reopened{false};
     std::atomic<bool> done{false};
     QByteArray read;
     QElapsedTimer timer;

@@ -2,7 +2,8 @@
 
 #include <consoleportcomm/consoleportcomm.h>
 
-#include <QtCore/QRegularExpression>
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
@@ -26,6 +27,7 @@ private slots:
     void allBytesArriveUnchanged();
     void cablePulled();
     void portInUse();
+    void noPermission();
     void everyBaudRateOpens_data();
     void everyBaudRateOpens();
 
@@ -107,6 +109,18 @@ void TestPseudoTerminal::portInUse()
     other.reset();
     QVERIFY(_comm->open(terminal.path(), 9600));
     release();
+}
+
+void TestPseudoTerminal::noPermission()
+{
+    PseudoTerminal terminal;
+    QVERIFY(QFile::setPermissions(terminal.path(), QFile::Permissions()));
+    QProcess process;
+    process.start(QStringLiteral(PORTPERMISSIONPROBE), {terminal.path()});
+    QVERIFY2(process.waitForFinished(kLimitMs), qPrintable(process.errorString()));
+    QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()),
+             QStringLiteral("没有权限打开串口 %1\n").arg(terminal.path()));
+    QCOMPARE(process.exitCode(), 0);
 }
 
 void TestPseudoTerminal::everyBaudRateOpens_data()

@@ -192,8 +192,8 @@ void Session::takeDelay(const DelayHalf &half)
 void Session::evaluate()
 {
     // IEEE 1588-2008 11.3.2: <meanPathDelay> = [(t2 - t3) + (t4 - t1) - corrections] / 2, with the correction fields of
-    // Sync, Follow_Up and Delay_Resp. The master has added the Delay_Req's own to the Delay_Resp's (11.3.2 d)). Seconds
-    // are subtracted before anything is rounded: (t2 - t1) and (t4 - t3) may both be decades.
+    // Sync, Follow_Up and Delay_Resp. The master has added the Delay_Req's own to the Delay_Resp's (same clause).
+    // Seconds are subtracted before anything is rounded: (t2 - t1) and (t4 - t3) may both be decades.
     const Instant masterToSlave = _sync.t2 - _sync.t1;
     const Instant slaveToMaster = _delay.t4 - _delay.t3;
     const double roundTripNs = toNanoseconds(masterToSlave + slaveToMaster);

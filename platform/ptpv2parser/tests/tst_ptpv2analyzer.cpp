@@ -236,7 +236,8 @@ TEST(PTPv2Analyzer, delayRespForAnotherRequest_isNotMatched)
     addDelayReq(analyzer);
     addDelayResp(analyzer, kMaster, kSlave, 10);
     addDelayResp(analyzer, kMaster, {kSlave.clockIdentity, 2}, 9);
-    addDelayResp(analyzer, kMaster, {kSlave.clockIdentity + 1, 1}, 9);
+    for (unsigned i = 1; i < 5000; ++i) // many, so that some fall into the request's place of the table
+        addDelayResp(analyzer, kMaster, {kSlave.clockIdentity + i, 1}, 9);
     EXPECT_FALSE(onlySession(analyzer).hasValidSync);
     addDelayResp(analyzer);
     EXPECT_TRUE(onlySession(analyzer).hasValidSync);
