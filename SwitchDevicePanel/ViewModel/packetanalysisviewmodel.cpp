@@ -99,11 +99,15 @@ void PacketAnalysisViewModel::startAnalysis()
         setLastError(QStringLiteral("File does not exist: ") + _d->selectedFilePath);
         return;
     }
-    reset();
-    setAnalyzing(true);
+    // A run may still be there: abandoned, or about to end (this is called from one of its own last signals).
+    abandonRun();
+    const int resets = reset();
+    if (!isLatest(resets))
+        return;
     _d->run.isStopRequested = false;
     _d->run.isStartPending = true;
-    if (!_d->thread->isRunning())
+    setAnalyzing(true);
+    if (_d->run.isStartPending && !_d->thread->isRunning())
         launchRun();
 }
 
@@ -175,13 +179,20 @@ void PacketAnalysisViewModel::stopThread()
     _d->thread->wait();
 }
 
+// Every change signal may be answered by clearing or by a new start; what this signal still has to say is then of no interest.
+
 void PacketAnalysisViewModel::onWorkerFinished()
 {
     if (isFromOldRun())
         return;
+    const int resets = _d->resets;
     setAnalyzing(false);
-    setAnalysisComplete(true);
-    setProgressPercent(100);
+    if (isLatest(resets))
+        setAnalysisComplete(true);
+    if (isLatest(resets))
+        setProgressPercent(100);
+    if (!isLatest(resets))
+        return;
     stopThread();
     emit analysisFinished();
 }
@@ -190,8 +201,12 @@ void PacketAnalysisViewModel::onWorkerError(const QString &errorMessage)
 {
     if (isFromOldRun())
         return;
+    const int resets = _d->resets;
     setAnalyzing(false);
-    setLastError(errorMessage);
+    if (isLatest(resets))
+        setLastError(errorMessage);
+    if (!isLatest(resets))
+        return;
     stopThread();
     emit analysisError(errorMessage);
 }
@@ -200,23 +215,29 @@ void PacketAnalysisViewModel::onWorkerProgress(int current, int total)
 {
     if (isFromOldRun())
         return;
+    const int resets = _d->resets;
     setTotalPackets(total);
-    setProgressPercent(total >= 1 ? static_cast<double>(current) / total * 100 : 0);
+    if (isLatest(resets))
+        setProgressPercent(total >= 1 ? static_cast<double>(current) / total * 100 : 0);
 }
 
 void PacketAnalysisViewModel::onWorkerResults(const QVariantList &results, const QVariantMap &statistics)
 {
     if (isFromOldRun())
         return;
+    const int resets = _d->resets;
     setResults(results);
-    setStatistics(statistics);
-    setPtpv2Packets(results.size());
+    if (isLatest(resets))
+        setStatistics(statistics);
+    if (isLatest(resets))
+        setPtpv2Packets(results.size());
 }
 
 // Setters: each stores and notifies only on a change.
 
-void PacketAnalysisViewModel::reset()
+int PacketAnalysisViewModel::reset()
 {
+    const int resets = ++_d->resets;
     setAnalyzing(false);
     setAnalysisComplete(false);
     setProgressPercent(0);
@@ -225,6 +246,12 @@ void PacketAnalysisViewModel::reset()
     setResults({});
     setStatistics({});
     setLastError(QString());
+    return resets;
+}
+
+bool PacketAnalysisViewModel::isLatest(int resets) const
+{
+    return _d->resets == resets;
 }
 
 void PacketAnalysisViewModel::setAnalyzing(bool isAnalyzing)

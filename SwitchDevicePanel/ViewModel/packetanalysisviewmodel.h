@@ -165,7 +165,8 @@ private:
     void setResults(const QVariantList &results);
     void setStatistics(const QVariantMap &statistics);
     void setLastError(const QString &text);
-    void reset();
+    int reset();
+    bool isLatest(int resets) const;
 
     QVariantMap section(const QString &name) const;
     QString healthText(const QString &key) const;

@@ -22,30 +22,43 @@ class ExportFile
 {
 public:
     explicit ExportFile(const QString &path)
-        : _isPlain(QFileInfo(path).exists() && !QFileInfo(path).isFile())
+        : _hasName(!path.isEmpty())
+        , _isPlain(QFileInfo(path).exists() && !QFileInfo(path).isFile())
         , _plain(path)
         , _saved(path)
     {
         _saved.setDirectWriteFallback(true); // a writable file in a folder that is not
     }
 
-    bool open(QIODevice::OpenMode mode) { return device().open(mode | QIODevice::WriteOnly | QIODevice::Truncate); }
+    bool open(QIODevice::OpenMode mode)
+    {
+        return _hasName && device().open(mode | QIODevice::WriteOnly | QIODevice::Truncate);
+    }
 
-    QIODevice &device()
+    //! Writes the content and closes. What goes wrong from here on is only logged: the panel learns of a failed open alone.
+    void write(const QByteArray &content)
+    {
+        // A full disk shows in the count first: the device takes a part and reports no error.
+        bool isWhole = device().write(content) == content.size() && device().flush();
+        const QString reason = device().errorString();
+        if (!_isPlain) {
+            if (!isWhole)
+                _saved.cancelWriting();
+            isWhole = _saved.commit();
+        }
+        if (!isWhole)
+            qWarning() << "Export not written:" << device().fileName() << reason;
+    }
+
+private:
+    QFileDevice &device()
     {
         if (_isPlain)
             return _plain;
         return _saved;
     }
 
-    void close()
-    {
-        const bool isWhole = _isPlain ? _plain.flush() : _saved.commit();
-        if (!isWhole)
-            qWarning() << "Export not written:" << (_isPlain ? _plain.fileName() : _saved.fileName()) << device().errorString();
-    }
-
-private:
+    bool _hasName; // an empty name would open as a file that is never written
     bool _isPlain;
     QFile _plain;
     QSaveFile _saved;
@@ -57,6 +70,26 @@ QString tableField(const QVariantMap &packet, const QString &key)
     text.replace(QLatin1Char('\n'), QLatin1Char(' '));
     text.replace(QLatin1Char(','), QChar(0xff0c)); // full-width comma: fields never need quotes
     return text;
+}
+
+QByteArray table(const QVariantList &packets)
+{
+    const QStringList columns{QStringLiteral("timestamp"), QStringLiteral("messageType"), QStringLiteral("sourceIp"),
+                              QStringLiteral("abnormalType")};
+    QByteArray content;
+    QTextStream stream(&content, QIODevice::WriteOnly);
+    stream.setCodec("UTF-8");
+    stream.setGenerateByteOrderMark(true);
+    stream << columns.join(QLatin1Char(',')) << '\n';
+    for (const QVariant &entry : packets) {
+        const QVariantMap packet = entry.toMap();
+        QStringList fields;
+        for (const QString &column : columns)
+            fields.append(tableField(packet, column));
+        stream << fields.join(QLatin1Char(',')) << '\n';
+    }
+    stream.flush();
+    return content;
 }
 
 QJsonArray toJsonArray(const QVariantList &results)
@@ -84,8 +117,7 @@ void PacketAnalysisViewModel::exportResults(const QString &exportPath)
         setLastError(QStringLiteral("Failed to export results to: ") + exportPath);
         return;
     }
-    file.device().write(QJsonDocument(document).toJson(QJsonDocument::Indented));
-    file.close();
+    file.write(QJsonDocument(document).toJson(QJsonDocument::Indented));
 }
 
 void PacketAnalysisViewModel::exportAbnormalPackets(const QString &exportPath)
@@ -100,19 +132,5 @@ void PacketAnalysisViewModel::exportAbnormalPackets(const QString &exportPath)
         setLastError(QStringLiteral("导出失败: ") + exportPath);
         return;
     }
-    const QStringList columns{QStringLiteral("timestamp"), QStringLiteral("messageType"), QStringLiteral("sourceIp"),
-                              QStringLiteral("abnormalType")};
-    QTextStream stream(&file.device());
-    stream.setCodec("UTF-8");
-    stream.setGenerateByteOrderMark(true);
-    stream << columns.join(QLatin1Char(',')) << '\n';
-    for (const QVariant &entry : packets) {
-        const QVariantMap packet = entry.toMap();
-        QStringList fields;
-        for (const QString &column : columns)
-            fields.append(tableField(packet, column));
-        stream << fields.join(QLatin1Char(',')) << '\n';
-    }
-    stream.flush();
-    file.close();
+    file.write(table(packets));
 }

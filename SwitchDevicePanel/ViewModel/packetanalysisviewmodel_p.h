@@ -36,4 +36,5 @@ struct PacketAnalysisViewModel::Private
     PacketAnalysisWorker *worker = nullptr; // lives on the thread
 
     AnalysisRun run;
+    int resets = 0; // a handler that clears or starts anew makes the rest of what a signal says obsolete
 };

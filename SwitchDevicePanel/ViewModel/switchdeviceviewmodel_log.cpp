@@ -13,13 +13,18 @@ namespace {
 
 constexpr std::chrono::milliseconds kBatchInterval{100};
 
-//! Who gets the messages. Any thread logs, so everything is behind the lock; posting under it keeps the target alive until
-//! the line is in its event queue.
+/*!
+    Who gets the messages, and who had them before. Any thread logs, so everything is behind the lock; posting under it keeps the
+    target alive until the line is in its event queue, and installing under it makes messages wait until it is known where
+    they go.
+*/
 struct LogTargets
 {
     QMutex lock; // guards instances and previous
     QVector<SwitchDeviceViewModel *> instances; // construction order: the last one is the target
-    QtMessageHandler previous = nullptr;
+    // The handlers that ours has replaced, the latest at the end. There is more than one when somebody installed a handler
+    // while a view model lived, and that one may lead back to ours. The first stays for messages that are on their way.
+    QVector<QtMessageHandler> previous;
 };
 
 LogTargets &logTargets()
@@ -63,24 +68,26 @@ QString stampedLine(const QString &text)
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")), text);
 }
 
+// How often the current thread is inside messageHandler(): a handler that replaced ours and was replaced by it in turn leads
+// back here, and then the one before it is meant.
+thread_local int handlerDepth = 0;
+
+QtMessageHandler previousHandler(int depth)
+{
+    LogTargets &targets = logTargets();
+    const QMutexLocker locker(&targets.lock);
+    const int index = targets.previous.size() - 1 - depth;
+    return index >= 0 ? targets.previous[index] : nullptr;
+}
+
 void callPreviousHandler(QtMsgType type, const QMessageLogContext &context, const QString &msg)
 {
-    // A handler that was installed after ours and chains to it may have become our previous one: a second entry on the same
-    // thread would call it for ever.
-    thread_local bool isInside = false;
-    if (isInside)
-        return;
-    QtMessageHandler previous = nullptr;
-    {
-        LogTargets &targets = logTargets();
-        const QMutexLocker locker(&targets.lock);
-        previous = targets.previous;
-    }
+    const QtMessageHandler previous = previousHandler(handlerDepth);
     if (!previous)
         return;
-    isInside = true;
+    ++handlerDepth;
     previous(type, context, msg);
-    isInside = false;
+    --handlerDepth;
 }
 
 } // namespace
@@ -88,36 +95,33 @@ void callPreviousHandler(QtMsgType type, const QMessageLogContext &context, cons
 void SwitchDeviceViewModel::startLogRouting()
 {
     LogTargets &targets = logTargets();
-    {
-        const QMutexLocker locker(&targets.lock);
-        targets.instances.append(this);
-    }
-    const QtMessageHandler replaced = qInstallMessageHandler(&SwitchDeviceViewModel::messageHandler);
-    if (replaced == &SwitchDeviceViewModel::messageHandler)
-        return; // another view model lives: its previous handler stays the previous one
     const QMutexLocker locker(&targets.lock);
-    targets.previous = replaced;
+    targets.instances.append(this);
+    const QtMessageHandler replaced = qInstallMessageHandler(&SwitchDeviceViewModel::messageHandler);
+    // Ours is there already while another view model lives, and must not become its own predecessor.
+    if (replaced == &SwitchDeviceViewModel::messageHandler)
+        return;
+    if (targets.previous.isEmpty() || targets.previous.last() != replaced)
+        targets.previous.append(replaced);
 }
 
 void SwitchDeviceViewModel::stopLogRouting()
 {
     LogTargets &targets = logTargets();
-    QtMessageHandler previous = nullptr;
-    {
-        const QMutexLocker locker(&targets.lock);
-        targets.instances.removeOne(this);
-        if (!targets.instances.isEmpty())
-            return;
-        std::swap(previous, targets.previous);
-    }
-    qInstallMessageHandler(previous);
+    const QMutexLocker locker(&targets.lock);
+    targets.instances.removeOne(this);
+    if (!targets.instances.isEmpty())
+        return;
+    qInstallMessageHandler(targets.previous.last());
+    if (targets.previous.size() > 1)
+        targets.previous.removeLast();
 }
 
 void SwitchDeviceViewModel::messageHandler(QtMsgType type, const QMessageLogContext &context, const QString &msg)
 {
     callPreviousHandler(type, context, msg);
     // The many debug traces of the view model stay out of the panel.
-    if (type == QtDebugMsg || !isSwitchModule(context))
+    if (type == QtDebugMsg || handlerDepth > 0 || !isSwitchModule(context))
         return;
     const QString line = stampedLine(typedText(type, msg));
     LogTargets &targets = logTargets();

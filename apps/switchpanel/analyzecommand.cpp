@@ -184,7 +184,7 @@ CaptureReport Analyzer::analyze(int index)
     QObject::connect(&analysis, &CaptureAnalysis::packetsRead, &analysis,
                      [&progress](int packets) { progress.update(packets); });
     QObject::connect(&_interrupts, &InterruptWatch::interrupted, &analysis, &CaptureAnalysis::interrupt);
-    const CaptureReport report = analysis.run();
+    CaptureReport report = analysis.run();
     progress.finish();
     tell(report);
     exportAll(analysis, report, index);

@@ -179,7 +179,7 @@ QString ReportWriter::countsText(const QVariantMap &counts, QStringList names) c
 
 QString ReportWriter::messagesText() const
 {
-    const QString count = QString::number(messageCountOf(_report));
+    QString count = QString::number(messageCountOf(_report));
     if (_report.recordsKept == messageCountOf(_report))
         return count;
     return say(kKept, {count, QString::number(_report.recordsKept)});
