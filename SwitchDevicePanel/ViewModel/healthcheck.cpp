@@ -230,12 +230,14 @@ void append(Findings &all, Findings &&more)
     all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
-// Each finding's key is its timestamp text, read once; a range is no time and sorts like one that does not parse.
+// Each finding's key is its timestamp text, read once. A range is no time, and QDateTime sorts what is no time to the front.
 void sortByTime(Findings &findings, WallClock &clock)
 {
-    const qint64 invalid = WallClock::invalidMsecs();
-    for (Finding &finding : findings)
-        finding.sortMsecs = finding.hasTime ? clock.reread(finding.msecs).msecs : invalid;
+    constexpr qint64 kBeforeAll = std::numeric_limits<qint64>::min();
+    for (Finding &finding : findings) {
+        const WallClock::Time read = finding.hasTime ? clock.reread(finding.msecs) : WallClock::Time();
+        finding.sortMsecs = read.isValid ? read.msecs : kBeforeAll;
+    }
     std::stable_sort(findings.begin(), findings.end(),
                      [](const Finding &a, const Finding &b) { return a.sortMsecs < b.sortMsecs; });
 }

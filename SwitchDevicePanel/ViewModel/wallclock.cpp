@@ -160,11 +160,6 @@ QString WallClock::format()
     return QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
 }
 
-qint64 WallClock::invalidMsecs()
-{
-    return QDateTime::fromString(QStringLiteral("~"), format()).toMSecsSinceEpoch();
-}
-
 QString WallClock::text(qint64 msecs)
 {
     if (isPlain(msecs)) {

@@ -34,8 +34,6 @@ public:
 
     //! The format that all texts have.
     static QString format();
-    //! Where QDateTime sorts a text that is no time.
-    static qint64 invalidMsecs();
 
     //! The wall-clock text of an instant.
     QString text(qint64 msecs);
