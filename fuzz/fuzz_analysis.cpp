@@ -27,7 +27,8 @@ public:
     {
         T value{};
         const std::size_t count = sizeof value < _size ? sizeof value : _size;
-        std::memcpy(&value, _data, count);
+        if (count > 0)
+            std::memcpy(&value, _data, count);
         _data += count;
         _size -= count;
         return value;

@@ -287,7 +287,7 @@ QStringList namesOfMissing(const QStringList &expected, const QSet<QString> &res
 {
     QStringList names = missingInWindow(expected, responding);
     if (names.isEmpty()) {
-        for (int k = 1; k <= expectedSlaveCount - responding.size(); ++k)
+        for (qint64 k = 1; k <= qint64(expectedSlaveCount) - responding.size(); ++k)
             names.append(QStringLiteral("未知从节点%1").arg(k));
     }
     return names;
