@@ -1,5 +1,5 @@
-// Whole captures: the analysis against a bare libpcap loop and against tshark, its memory, and what comes after the packet loop.
-// All ratios are taken within one run; machines are noisy.
+// Whole captures: the analysis against a bare libpcap loop and against tshark, its memory, and what comes after the
+// packet loop. All ratios are taken within one run; machines are noisy.
 #include "generatedcapture.h"
 #include "peakmemory.h"
 
@@ -39,7 +39,8 @@ AnalysisTimes analyse(const QString &path)
     worker.setFilePath(path);
     AnalysisTimes times;
     QElapsedTimer timer;
-    QObject::connect(&worker, &PacketAnalysisWorker::progress, [&] { times.loopSeconds = double(timer.nsecsElapsed()) * 1e-9; });
+    QObject::connect(&worker, &PacketAnalysisWorker::progress,
+                     [&] { times.loopSeconds = double(timer.nsecsElapsed()) * 1e-9; });
     QObject::connect(&worker, &PacketAnalysisWorker::signalResults,
                      [&](const QVariantList &results, const QVariantMap &statistics) {
                          times.afterSeconds = double(timer.nsecsElapsed()) * 1e-9 - times.loopSeconds;
@@ -66,7 +67,8 @@ double bareLoopSeconds(const QString &path)
         return 0;
     pcap_pkthdr *header = nullptr;
     const u_char *data = nullptr;
-    while (pcap_next_ex(capture, &header, &data) == 1) { }
+    while (pcap_next_ex(capture, &header, &data) == 1) {
+    }
     pcap_close(capture);
     return double(timer.nsecsElapsed()) * 1e-9;
 }
@@ -109,9 +111,10 @@ void benchAfterLoop(const char *what, const QString &path, int rounds)
         times = analyse(path);
         return times.afterSeconds;
     });
-    printRow(what,
-             QStringLiteral("%1 s (%2 records, %3 findings)").arg(seconds, 0, 'f', 3).arg(times.records).arg(times.findings),
-             "0.8 s", "0.4 s");
+    printRow(
+        what,
+        QStringLiteral("%1 s (%2 records, %3 findings)").arg(seconds, 0, 'f', 3).arg(times.records).arg(times.findings),
+        "0.8 s", "0.4 s");
 }
 
 void benchTshark(const QString &path)
@@ -126,10 +129,11 @@ void benchTshark(const QString &path)
     QProcess process;
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(tshark, {QStringLiteral("-r"), path, QStringLiteral("-Y"), QStringLiteral("ptp"), QStringLiteral("-T"),
-                           QStringLiteral("fields"), QStringLiteral("-e"), QStringLiteral("frame.time_epoch"),
-                           QStringLiteral("-e"), QStringLiteral("ip.src"), QStringLiteral("-e"),
-                           QStringLiteral("ptp.v2.messagetype"), QStringLiteral("-e"), QStringLiteral("ptp.v2.sequenceid")});
+    process.start(tshark,
+                  {QStringLiteral("-r"), path, QStringLiteral("-Y"), QStringLiteral("ptp"), QStringLiteral("-T"),
+                   QStringLiteral("fields"), QStringLiteral("-e"), QStringLiteral("frame.time_epoch"),
+                   QStringLiteral("-e"), QStringLiteral("ip.src"), QStringLiteral("-e"),
+                   QStringLiteral("ptp.v2.messagetype"), QStringLiteral("-e"), QStringLiteral("ptp.v2.sequenceid")});
     process.waitForFinished(-1);
     const double theirs = double(timer.nsecsElapsed()) * 1e-9;
     const double ours = bestOf(3, [&] {
@@ -169,12 +173,14 @@ int main(int argc, char **argv)
     parser.addHelpOption();
     const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Size of the large captures in MiB (1024)."),
                                   QStringLiteral("MiB"), QStringLiteral("1024"));
-    const QCommandLineOption tsharkSize(QStringLiteral("tshark-size"),
-                                        QStringLiteral("Size of the capture for the comparison with tshark in MiB (128)."),
-                                        QStringLiteral("MiB"), QStringLiteral("128"));
+    const QCommandLineOption tsharkSize(
+        QStringLiteral("tshark-size"),
+        QStringLiteral("Size of the capture for the comparison with tshark in MiB (128)."), QStringLiteral("MiB"),
+        QStringLiteral("128"));
     const QCommandLineOption rounds(QStringLiteral("rounds"), QStringLiteral("Rounds; the best one counts (3)."),
                                     QStringLiteral("N"), QStringLiteral("3"));
-    const QCommandLineOption peak(QStringLiteral("peak"), QStringLiteral("Only print by how many bytes FILE raises the peak."),
+    const QCommandLineOption peak(QStringLiteral("peak"),
+                                  QStringLiteral("Only print by how many bytes FILE raises the peak."),
                                   QStringLiteral("FILE"));
     parser.addOptions({size, tsharkSize, rounds, peak});
     parser.process(application);

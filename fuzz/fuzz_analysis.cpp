@@ -17,8 +17,7 @@ public:
     Bytes(const std::uint8_t *data, std::size_t size)
         : _data(data)
         , _size(size)
-    {
-    }
+    {}
 
     bool isEmpty() const { return _size == 0; }
 
@@ -37,7 +36,7 @@ public:
     QString text(std::size_t length)
     {
         const std::size_t count = length < _size ? length : _size;
-        const QString text = QString::fromUtf8(reinterpret_cast<const char *>(_data), static_cast<int>(count));
+        QString text = QString::fromUtf8(reinterpret_cast<const char *>(_data), static_cast<int>(count));
         _data += count;
         _size -= count;
         return text;

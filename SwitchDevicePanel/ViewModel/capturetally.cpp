@@ -43,11 +43,12 @@ void CaptureTally::checkLimits(std::size_t syncSessions) const
 QVariantMap CaptureTally::statistics(const MessageStore &store, CaptureTexts &texts) const
 {
     QVariantMap ports;
-    _ports.forEach([&](const PortKey &key, int count) {
-        ports.insert(QString::fromStdString(key.identity.toString()), count);
-    });
+    _ports.forEach(
+        [&](const PortKey &key, int count) { ports.insert(QString::fromStdString(key.identity.toString()), count); });
     QVariantMap addresses;
-    _addresses.forEach([&](const AddressKey &key, int count) { addresses.insert(texts.address({key.ipv4, true}), count); });
+    _addresses.forEach([&](const AddressKey &key, int count) {
+        addresses.insert(texts.address({key.ipv4, true}), count);
+    });
     if (_withoutAddress > 0)
         addresses.insert(texts.address({}), _withoutAddress);
 

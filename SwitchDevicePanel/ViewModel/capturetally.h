@@ -15,8 +15,8 @@ namespace analysis {
 /*!
     Counters per message type, domain, source port and source address, the time span, and the master clock's address.
 
-    More than kMaxDistinct different ports or addresses are refused with std::runtime_error by checkLimits(): no site has them,
-    and each would stay in memory.
+    More than kMaxDistinct different ports or addresses are refused with std::runtime_error by checkLimits(): no site
+   has them, and each would stay in memory.
 */
 class CaptureTally
 {

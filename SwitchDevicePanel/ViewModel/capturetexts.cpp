@@ -41,8 +41,7 @@ void append(QVariantMap &record, const QString &key, const QString &text)
 CaptureTexts::CaptureTexts(WallClock &clock)
     : _clock(clock)
     , _smallNumbers(kSequenceIds)
-{
-}
+{}
 
 QVariantMap CaptureTexts::record(const StoredMessage &stored)
 {

@@ -13,8 +13,8 @@
 namespace analysis {
 
 /*!
-    Makes every text of a capture at most once per distinct value; equal texts share their memory, across records and findings.
-    One analysis on one thread.
+    Makes every text of a capture at most once per distinct value; equal texts share their memory, across records and
+   findings. One analysis on one thread.
 */
 class CaptureTexts : public MessageTexts
 {

@@ -11,8 +11,9 @@ namespace analysis {
 
 /*!
     Counts occurrences of keys in an open-addressing table. \c Key offers operator== and a member
-    \c{std::uint64_t mixed(std::uint64_t seed) const}; the seed is drawn per table, so that a capture cannot be made whose
-    addresses all meet in one chain. Memory is two words per distinct key; size() lets the caller refuse absurd captures.
+    \c{std::uint64_t mixed(std::uint64_t seed) const}; the seed is drawn per table, so that a capture cannot be made
+   whose addresses all meet in one chain. Memory is two words per distinct key; size() lets the caller refuse absurd
+   captures.
 */
 template<typename Key>
 class CountTable
@@ -21,8 +22,7 @@ public:
     CountTable()
         : _seed(QRandomGenerator::system()->generate64() | 1U)
         , _slots(kFirstSlots)
-    {
-    }
+    {}
 
     void add(const Key &key)
     {

@@ -1,6 +1,7 @@
 // Debug messages whose text is built only while somebody listens.
 #pragma once
 
+#include <QtCore/QDebug>
 #include <QtCore/QLoggingCategory>
 
 namespace analysis {
@@ -13,5 +14,9 @@ inline const QLoggingCategory &defaultLog()
 
 } // namespace analysis
 
-//! qDebug() builds its text even when debug output is switched off; this does not even evaluate the operands.
-#define logDebug() qCDebug(analysis::defaultLog)
+//! qDebug() builds its text even when debug output is switched off; this does not even evaluate the operands. Spelled
+//! out, since qCDebug(category) leaves the variable arguments of its macro empty, which C++17 does not allow.
+#define logDebug()                                                                                                     \
+    for (bool isDebugOn = analysis::defaultLog().isDebugEnabled(); isDebugOn; isDebugOn = false)                       \
+    QMessageLogger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC, analysis::defaultLog().categoryName())  \
+        .debug()

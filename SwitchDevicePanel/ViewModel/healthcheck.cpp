@@ -18,7 +18,7 @@ namespace {
 constexpr int kAnnounceIntervalMsecs = 2'000;
 constexpr int kSyncIntervalMsecs = 1'000;
 constexpr qint64 kIntervalToleranceMsecs = 100;
-constexpr qint64 kMatchMsecs = 50; // a response up to here is in time
+constexpr qint64 kMatchMsecs = 50;    // a response up to here is in time
 constexpr qint64 kTimeoutMsecs = 100; // a response up to here is late, one behind it is none
 constexpr double kAbnormalShare = 0.1;
 constexpr double kMatchRate = 0.9;
@@ -29,7 +29,8 @@ QString normalStatus()
     return QStringLiteral("正常");
 }
 
-Finding intervalFinding(const CheckMessage &earlier, const CheckMessage &later, const QString &typeName, MessageTexts &texts)
+Finding intervalFinding(const CheckMessage &earlier, const CheckMessage &later, const QString &typeName,
+                        MessageTexts &texts)
 {
     Finding finding;
     finding.timestamp = texts.timestamp(earlier) + QLatin1String(" ~ ") + texts.timestamp(later);
@@ -56,7 +57,8 @@ public:
         std::vector<qint32> next(_firstOfGroup.begin(), _firstOfGroup.end() - 1);
         _order.resize(responses.size());
         for (std::size_t i = 0; i < responses.size(); ++i)
-            _order[static_cast<std::size_t>(next[static_cast<std::size_t>(responses[i].sequence)]++)] = static_cast<qint32>(i);
+            _order[static_cast<std::size_t>(next[static_cast<std::size_t>(responses[i].sequence)]++)] =
+                static_cast<qint32>(i);
     }
 
     //! The first response in capture order with the sequence id and a time in [from, to]; nullptr if there is none.
@@ -204,8 +206,8 @@ void logShrunkLists(const CheckLists &all, const CheckLists &kept, qint64 lastSy
 
 void logFilter(const char *what, std::size_t kept, std::size_t total, qint64 cutoff)
 {
-    logDebug() << what << kept << "/" << total << "before last Sync at:"
-               << QDateTime::fromMSecsSinceEpoch(cutoff).toString(WallClock::format());
+    logDebug() << what << kept << "/" << total
+               << "before last Sync at:" << QDateTime::fromMSecsSinceEpoch(cutoff).toString(WallClock::format());
 }
 
 // A Sync whose Follow_Up, requests or responses fall behind the end of the capture must not count as a failure.
@@ -230,7 +232,8 @@ void append(Findings &all, Findings &&more)
     all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
-// Each finding's key is its timestamp text, read once. A range is no time, and QDateTime sorts what is no time to the front.
+// Each finding's key is its timestamp text, read once. A range is no time, and QDateTime sorts what is no time to the
+// front.
 void sortByTime(Findings &findings, WallClock &clock)
 {
     constexpr qint64 kBeforeAll = std::numeric_limits<qint64>::min();
@@ -245,13 +248,13 @@ void sortByTime(Findings &findings, WallClock &clock)
 QString verdict(const HealthReport &report, const CheckLists &lists)
 {
     const QString normal = normalStatus();
-    // A check without messages does not count. The delay status is never the bare word, so any delay check counts as not
-    // normal: intended.
+    // A check without messages does not count. The delay status is never the bare word, so any delay check counts as
+    // not normal: intended.
     const bool isAllNormal = (lists.announce.empty() || report.announceIntervalStatus == normal)
-        && (lists.sync.empty() || report.syncIntervalStatus == normal)
-        && (lists.followUp.empty() || report.followUpIntervalStatus == normal)
-        && (lists.sync.empty() || report.slaveResponseStatus == normal)
-        && (lists.delayReq.empty() || report.delayReqRespMatchingStatus == normal);
+                             && (lists.sync.empty() || report.syncIntervalStatus == normal)
+                             && (lists.followUp.empty() || report.followUpIntervalStatus == normal)
+                             && (lists.sync.empty() || report.slaveResponseStatus == normal)
+                             && (lists.delayReq.empty() || report.delayReqRespMatchingStatus == normal);
     return !report.findings.empty() && !isAllNormal ? QStringLiteral("异常") : normal;
 }
 
@@ -310,7 +313,8 @@ CheckMessages before(const CheckMessages &messages, qint64 cutoff)
     return kept;
 }
 
-CheckResult checkInterval(const CheckMessages &messages, int expectedMsecs, const QString &typeName, MessageTexts &texts)
+CheckResult checkInterval(const CheckMessages &messages, int expectedMsecs, const QString &typeName,
+                          MessageTexts &texts)
 {
     if (messages.empty())
         return {QStringLiteral("无消息"), {}};
@@ -350,9 +354,8 @@ CheckResult checkSlaves(const CheckMessages &sync, const CheckMessages &delayReq
     CheckResult result;
     const qint64 abnormal = windows.walk(clock, result.findings);
     const double share = static_cast<double>(abnormal) / static_cast<double>(windows.count());
-    result.status = share > kAbnormalShare
-        ? QStringLiteral("异常 (%1/%2 Sync消息)").arg(abnormal).arg(windows.count())
-        : normalStatus();
+    result.status = share > kAbnormalShare ? QStringLiteral("异常 (%1/%2 Sync消息)").arg(abnormal).arg(windows.count())
+                                           : normalStatus();
     return result;
 }
 
@@ -367,8 +370,8 @@ CheckResult checkDelayMatching(const CheckMessages &delayReq, const CheckMessage
         if (!request.hasTime)
             continue;
         ++counts.total;
-        const CheckMessage *response
-            = responses.firstWithin(request.sequence, request.msecs, request.msecs + kTimeoutMsecs);
+        const CheckMessage *response =
+            responses.firstWithin(request.sequence, request.msecs, request.msecs + kTimeoutMsecs);
         if (!response) {
             ++counts.noResponse;
             result.findings.push_back(delayFinding(request, QStringLiteral("主节点未回复"), texts));
@@ -390,7 +393,8 @@ CheckResult checkDelayMatching(const CheckMessages &delayReq, const CheckMessage
     return result;
 }
 
-HealthReport checkHealth(const CheckLists &lists, const SlaveExpectation &expectation, MessageTexts &texts, WallClock &clock)
+HealthReport checkHealth(const CheckLists &lists, const SlaveExpectation &expectation, MessageTexts &texts,
+                         WallClock &clock)
 {
     const CheckLists kept = cutAtLastSync(lists, texts);
     HealthReport report;

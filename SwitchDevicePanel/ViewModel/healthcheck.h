@@ -19,10 +19,10 @@ constexpr qint64 kMaxFindings = 300'000;
 */
 struct CheckMessage
 {
-    qint64 msecs = 0; // of the time text, read back
-    qint32 source = 0; // 0 … sourceCount()-1
+    qint64 msecs = 0;    // of the time text, read back
+    qint32 source = 0;   // 0 … sourceCount()-1
     qint32 sequence = 0; // 0 … sequenceCount()-1
-    qint32 record = 0; // what timestamp() needs where the text was given; unused otherwise
+    qint32 record = 0;   // what timestamp() needs where the text was given; unused otherwise
     bool hasTime = false;
 };
 using CheckMessages = std::vector<CheckMessage>;
@@ -105,7 +105,8 @@ qint64 lastSyncMsecs(const CheckMessages &sync);
 CheckMessages before(const CheckMessages &messages, qint64 cutoff);
 
 //! Whether messages follow each other at \a expectedMsecs ± 100 ms (IEEE 1588-2008 7.7.2: the mean interval).
-CheckResult checkInterval(const CheckMessages &messages, int expectedMsecs, const QString &typeName, MessageTexts &texts);
+CheckResult checkInterval(const CheckMessages &messages, int expectedMsecs, const QString &typeName,
+                          MessageTexts &texts);
 
 /*!
     Whether every slave sent a Delay_Req in every window between the first and the last Sync. Throws std::runtime_error,
@@ -118,6 +119,7 @@ CheckResult checkSlaves(const CheckMessages &sync, const CheckMessages &delayReq
 CheckResult checkDelayMatching(const CheckMessages &delayReq, const CheckMessages &delayResp, MessageTexts &texts);
 
 //! All checks on the lists cut at the last Sync. Throws std::runtime_error over kMaxFindings findings.
-HealthReport checkHealth(const CheckLists &lists, const SlaveExpectation &expectation, MessageTexts &texts, WallClock &clock);
+HealthReport checkHealth(const CheckLists &lists, const SlaveExpectation &expectation, MessageTexts &texts,
+                         WallClock &clock);
 
 } // namespace analysis

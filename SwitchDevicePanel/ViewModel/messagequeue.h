@@ -7,8 +7,8 @@
 namespace analysis {
 
 /*!
-    Append at the end, drop from the front, read in order. Memory is one ring that only grows when it is full, so a store that
-    is trimmed regularly settles at its size and appending never allocates again.
+    Append at the end, drop from the front, read in order. Memory is one ring that only grows when it is full, so a
+   store that is trimmed regularly settles at its size and appending never allocates again.
 */
 template<typename T>
 class MessageQueue

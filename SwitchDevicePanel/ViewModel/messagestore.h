@@ -9,9 +9,9 @@
 namespace analysis {
 
 /*!
-    Holds at most \c capacity messages, oldest first, and five lists by type. When it is full, the oldest fifth goes, from the
-    messages and from every type list that holds more than a fifth; a type list may therefore reach further back than the
-    messages.
+    Holds at most \c capacity messages, oldest first, and five lists by type. When it is full, the oldest fifth goes,
+   from the messages and from every type list that holds more than a fifth; a type list may therefore reach further back
+   than the messages.
 */
 class MessageStore
 {
@@ -20,13 +20,12 @@ public:
 
     explicit MessageStore(int capacity)
         : _capacity(static_cast<std::size_t>(capacity > 0 ? capacity : 0))
-    {
-    }
+    {}
 
     void append(const StoredMessage &message, const TypeEntry &entry);
 
-    //! Second guard, for capacities so small that a fifth is nothing: cuts the messages down to the capacity once they exceed
-    //! it by a fifth, and says how many went.
+    //! Second guard, for capacities so small that a fifth is nothing: cuts the messages down to the capacity once they
+    //! exceed it by a fifth, and says how many went.
     std::size_t removeExcess();
 
     const MessageQueue<StoredMessage> &messages() const { return _messages; }

@@ -36,7 +36,8 @@ constexpr const char *kPathEncodings[] = {"UTF-8", "GBK", "GB2312", "Big5", "Shi
 qint64 captureMsecs(const timespec &time)
 {
     constexpr qint64 kNanos = 1'000'000'000;
-    constexpr qint64 kLastExact = std::numeric_limits<qint64>::max() / kNanos - 5'000; // leaves room for any 32-bit fraction
+    constexpr qint64 kLastExact =
+        std::numeric_limits<qint64>::max() / kNanos - 5'000; // leaves room for any 32-bit fraction
     const auto seconds = static_cast<qint64>(time.tv_sec);
     const auto nanoseconds = static_cast<qint64>(time.tv_nsec);
     if (seconds > -kLastExact && seconds < kLastExact)
@@ -50,7 +51,7 @@ bool isPtpDatagram(pcpp::UdpLayer &udp)
 {
     const pcpp::udphdr *header = udp.getUdpHeader();
     return PTPv2::PTPv2Parser::isPTPv2Port(qFromBigEndian<quint16>(header->portSrc))
-        || PTPv2::PTPv2Parser::isPTPv2Port(qFromBigEndian<quint16>(header->portDst));
+           || PTPv2::PTPv2Parser::isPTPv2Port(qFromBigEndian<quint16>(header->portDst));
 }
 
 analysis::SourceAddress sourceOf(const pcpp::Packet &packet)
@@ -63,10 +64,12 @@ analysis::SourceAddress sourceOf(const pcpp::Packet &packet)
 
 analysis::TypeEntry typeEntryOf(const analysis::StoredMessage &stored)
 {
-    return {stored.readMsecs, stored.source.ipv4, stored.message.header.sequenceId, stored.source.isKnown, stored.hasTime};
+    return {stored.readMsecs, stored.source.ipv4, stored.message.header.sequenceId, stored.source.isKnown,
+            stored.hasTime};
 }
 
-analysis::CheckMessages checkMessages(const analysis::MessageQueue<analysis::TypeEntry> &entries, analysis::CaptureTexts &texts)
+analysis::CheckMessages checkMessages(const analysis::MessageQueue<analysis::TypeEntry> &entries,
+                                      analysis::CaptureTexts &texts)
 {
     analysis::CheckMessages messages;
     messages.reserve(entries.size());
@@ -87,7 +90,8 @@ QPair<QString, QList<QVariant>> toPair(const analysis::CheckResult &result)
     return {result.status, analysis::toVariantList(result.findings)};
 }
 
-void logFiltered(const char *what, const QList<QVariantMap> &kept, const QList<QVariantMap> &all, const char *when, qint64 cutoff)
+void logFiltered(const char *what, const QList<QVariantMap> &kept, const QList<QVariantMap> &all, const char *when,
+                 qint64 cutoff)
 {
     logDebug() << what << kept.size() << "/" << all.size() << when
                << QDateTime::fromMSecsSinceEpoch(cutoff).toString(analysis::WallClock::format());
@@ -99,8 +103,7 @@ PacketAnalysisWorker::PacketAnalysisWorker(QObject *parent)
     : QObject(parent)
     , _parser(std::make_unique<PTPv2::PTPv2Parser>())
     , _analyzer(std::make_unique<PTPv2::PTPv2Analyzer>())
-{
-}
+{}
 
 PacketAnalysisWorker::~PacketAnalysisWorker() = default;
 
@@ -163,7 +166,8 @@ bool PacketAnalysisWorker::openPcapFile()
     }
     logDebug() << "Trying with original path encoding";
     const bool isOpen = openReader(QByteArray::fromStdString(_filePath.toStdString()));
-    logDebug() << (isOpen ? "Successfully opened with original path encoding" : "Failed to open with original path encoding");
+    logDebug() << (isOpen ? "Successfully opened with original path encoding"
+                          : "Failed to open with original path encoding");
     return isOpen;
 }
 
@@ -204,7 +208,8 @@ void PacketAnalysisWorker::processPcapPackets()
     emit signalResults(results, statistics);
 }
 
-int PacketAnalysisWorker::readPackets(analysis::MessageStore &store, analysis::CaptureTally &tally, analysis::WallClock &clock)
+int PacketAnalysisWorker::readPackets(analysis::MessageStore &store, analysis::CaptureTally &tally,
+                                      analysis::WallClock &clock)
 {
     int packets = 0;
     int sinceProgress = 0;
@@ -240,13 +245,13 @@ QVariantList PacketAnalysisWorker::syncSessions() const
 {
     QVariantList entries;
     for (const PTPv2::SyncSession &session : _analyzer->getSyncSessions()) {
-        entries.append(QVariantMap{
-            {QStringLiteral("masterPort"), QString::fromStdString(session.masterPortIdentity.toString())},
-            {QStringLiteral("clockOffset"), session.clockOffset},
-            {QStringLiteral("pathDelay"), session.pathDelay},
-            {QStringLiteral("hasValidSync"), session.hasValidSync},
-            {QStringLiteral("lastSyncSequence"), int(session.lastSyncSequence)},
-            {QStringLiteral("lastFollowUpSequence"), int(session.lastFollowUpSequence)}});
+        entries.append(
+            QVariantMap{{QStringLiteral("masterPort"), QString::fromStdString(session.masterPortIdentity.toString())},
+                        {QStringLiteral("clockOffset"), session.clockOffset},
+                        {QStringLiteral("pathDelay"), session.pathDelay},
+                        {QStringLiteral("hasValidSync"), session.hasValidSync},
+                        {QStringLiteral("lastSyncSequence"), int(session.lastSyncSequence)},
+                        {QStringLiteral("lastFollowUpSequence"), int(session.lastFollowUpSequence)}});
     }
     return entries;
 }
@@ -262,7 +267,8 @@ QVariantMap PacketAnalysisWorker::healthCheck(const analysis::MessageStore &stor
     return analysis::checkHealth(lists, {_expectedSlaveCount, _slaveAnalysisInterval}, texts, clock).toMap();
 }
 
-QList<QVariantMap> PacketAnalysisWorker::filterDataBeforeTimestamp(const QList<QVariantMap> &records, qint64 cutoff) const
+QList<QVariantMap> PacketAnalysisWorker::filterDataBeforeTimestamp(const QList<QVariantMap> &records,
+                                                                   qint64 cutoff) const
 {
     analysis::WallClock clock;
     const QList<QVariantMap> kept = analysis::recordsBefore(records, cutoff, analysis::Cutoff::Inclusive, clock);
@@ -270,7 +276,8 @@ QList<QVariantMap> PacketAnalysisWorker::filterDataBeforeTimestamp(const QList<Q
     return kept;
 }
 
-QList<QVariantMap> PacketAnalysisWorker::filterDelayMessagesBeforeLastSync(const QList<QVariantMap> &records, qint64 cutoff) const
+QList<QVariantMap> PacketAnalysisWorker::filterDelayMessagesBeforeLastSync(const QList<QVariantMap> &records,
+                                                                           qint64 cutoff) const
 {
     analysis::WallClock clock;
     const QList<QVariantMap> kept = analysis::recordsBefore(records, cutoff, analysis::Cutoff::Strict, clock);
@@ -278,7 +285,8 @@ QList<QVariantMap> PacketAnalysisWorker::filterDelayMessagesBeforeLastSync(const
     return kept;
 }
 
-QList<QVariantMap> PacketAnalysisWorker::filterSyncMessagesBeforeLastSync(const QList<QVariantMap> &records, qint64 cutoff) const
+QList<QVariantMap> PacketAnalysisWorker::filterSyncMessagesBeforeLastSync(const QList<QVariantMap> &records,
+                                                                          qint64 cutoff) const
 {
     analysis::WallClock clock;
     const QList<QVariantMap> kept = analysis::recordsBefore(records, cutoff, analysis::Cutoff::Strict, clock);
@@ -286,10 +294,9 @@ QList<QVariantMap> PacketAnalysisWorker::filterSyncMessagesBeforeLastSync(const 
     return kept;
 }
 
-QVariantMap PacketAnalysisWorker::performHealthCheckFromStream(const QList<QVariantMap> &announce, const QList<QVariantMap> &sync,
-                                                               const QList<QVariantMap> &followUp,
-                                                               const QList<QVariantMap> &delayReq,
-                                                               const QList<QVariantMap> &delayResp, int expectedSlaveCount) const
+QVariantMap PacketAnalysisWorker::performHealthCheckFromStream(
+    const QList<QVariantMap> &announce, const QList<QVariantMap> &sync, const QList<QVariantMap> &followUp,
+    const QList<QVariantMap> &delayReq, const QList<QVariantMap> &delayResp, int expectedSlaveCount) const
 {
     analysis::WallClock clock;
     analysis::RecordTexts texts(clock);
@@ -309,8 +316,9 @@ QPair<QString, QList<QVariant>> PacketAnalysisWorker::checkSlaveResponseWithDeta
     return toPair(analysis::checkSlaves(syncs, requests, {expectedSlaveCount, _slaveAnalysisInterval}, texts, clock));
 }
 
-QPair<QString, QList<QVariant>> PacketAnalysisWorker::checkDelayReqRespMatching(const QList<QVariantMap> &delayReq,
-                                                                                const QList<QVariantMap> &delayResp) const
+QPair<QString, QList<QVariant>>
+PacketAnalysisWorker::checkDelayReqRespMatching(const QList<QVariantMap> &delayReq,
+                                                const QList<QVariantMap> &delayResp) const
 {
     analysis::WallClock clock;
     analysis::RecordTexts texts(clock);

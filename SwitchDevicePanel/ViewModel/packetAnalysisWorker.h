@@ -17,27 +17,27 @@ class PcapFileReaderDevice;
 namespace PTPv2 {
 class PTPv2Analyzer;
 class PTPv2Parser;
-}
+} // namespace PTPv2
 namespace analysis {
 class CaptureTally;
 class CaptureTexts;
 class MessageStore;
 class WallClock;
-}
+} // namespace analysis
 
 /*!
     Reads a capture and judges the health of its PTPv2 network (IEEE 1588-2008).
 
-    Thread: lives on the thread of its owner's choice without a parent; the setters are called while run() is not running,
-    stopProcessing() and abandon() from any thread at any time. Everything else, all signals included, happens on the thread
-    that run() is called on.
+    Thread: lives on the thread of its owner's choice without a parent; the setters are called while run() is not
+   running, stopProcessing() and abandon() from any thread at any time. Everything else, all signals included, happens
+   on the thread that run() is called on.
 
-    Signals of one run, in order: progress (repeatedly), signalResults, finished. A file that cannot be opened: one or two error
-    signals and no finished. An analysis that breaks off with an exception: error, then finished. A run that was stopped
-    reports what it has read; one that was abandoned reports nothing but finished.
+    Signals of one run, in order: progress (repeatedly), signalResults, finished. A file that cannot be opened: one or
+   two error signals and no finished. An analysis that breaks off with an exception: error, then finished. A run that
+   was stopped reports what it has read; one that was abandoned reports nothing but finished.
 
-    The packet loop keeps messages in binary form and allocates nothing per packet; texts are made at the end, for the records
-    that are left.
+    The packet loop keeps messages in binary form and allocates nothing per packet; texts are made at the end, for the
+   records that are left.
 */
 class PacketAnalysisWorker : public QObject
 {
@@ -51,8 +51,8 @@ public:
     void setFilePath(const QString &path) { _filePath = path; }
     //! How many slaves answer on a healthy site; default 9. With 0 or less, whoever was seen is expected.
     void setExpectedSlaveCount(int count) { _expectedSlaveCount = count; }
-    //! Length of a window of the slave check in seconds, default 1.0; rounded to whole seconds, at least one. A value that is
-    //! not a finite number counts as the default.
+    //! Length of a window of the slave check in seconds, default 1.0; rounded to whole seconds, at least one. A value
+    //! that is not a finite number counts as the default.
     void setSlaveAnalysisInterval(double seconds) { _slaveAnalysisInterval = seconds; }
     //! Called on the run's thread once run() has cleared the stop flag: from then on a stop is not lost.
     void setRunBegunCallback(std::function<void()> callback) { _runBegun = std::move(callback); }
@@ -61,8 +61,8 @@ public:
     void abandon() { _isAbandoned.store(true, std::memory_order_relaxed); }
     void clearAbandoned() { _isAbandoned.store(false, std::memory_order_relaxed); }
 
-    // Checks over lists of message records. Times are milliseconds since the Unix epoch; a record whose "timestamp" does not
-    // parse is left out by every filter.
+    // Checks over lists of message records. Times are milliseconds since the Unix epoch; a record whose "timestamp"
+    // does not parse is left out by every filter.
 
     //! Records at or before the cut-off.
     QList<QVariantMap> filterDataBeforeTimestamp(const QList<QVariantMap> &records, qint64 cutoff) const;
@@ -102,7 +102,8 @@ private:
     void processPcapPackets();
     int readPackets(analysis::MessageStore &store, analysis::CaptureTally &tally, analysis::WallClock &clock);
     QVariantList syncSessions() const;
-    QVariantMap healthCheck(const analysis::MessageStore &store, analysis::CaptureTexts &texts, analysis::WallClock &clock) const;
+    QVariantMap healthCheck(const analysis::MessageStore &store, analysis::CaptureTexts &texts,
+                            analysis::WallClock &clock) const;
     bool isStopped() const;
     bool isAbandoned() const { return _isAbandoned.load(std::memory_order_relaxed); }
 

@@ -162,7 +162,8 @@ void PacketAnalysisViewModel::onThreadFinished()
 
 bool PacketAnalysisViewModel::isFromOldRun() const
 {
-    // Signals of a run come before its thread's finished(), so what arrives now belongs to the first run that has not ended.
+    // Signals of a run come before its thread's finished(), so what arrives now belongs to the first run that has not
+    // ended.
     const int arriving = _d->run.ended + 1;
     return arriving < _d->run.started || (arriving == _d->run.started && _d->run.isAbandoned);
 }
@@ -179,7 +180,8 @@ void PacketAnalysisViewModel::stopThread()
     _d->thread->wait();
 }
 
-// Every change signal may be answered by clearing or by a new start; what this signal still has to say is then of no interest.
+// Every change signal may be answered by clearing or by a new start; what this signal still has to say is then of no
+// interest.
 
 void PacketAnalysisViewModel::onWorkerFinished()
 {
@@ -481,14 +483,12 @@ int PacketAnalysisViewModel::uniqueSlaveCount() const
 
 QString PacketAnalysisViewModel::analysisResult() const
 {
-    const QString normal = QStringLiteral("正常");
-    const QString abnormal = QStringLiteral("异常");
-    if (!abnormalPackets().isEmpty())
-        return abnormal;
     const QString overall = overallHealthStatus();
-    if (overall == normal || overall == abnormal)
-        return overall;
-    return _d->ptpv2Packets < 1 ? abnormal : QStringLiteral("基本正常");
+    if (!abnormalPackets().isEmpty() || overall == QStringLiteral("异常"))
+        return QStringLiteral("异常");
+    if (overall == QStringLiteral("正常"))
+        return QStringLiteral("正常");
+    return _d->ptpv2Packets < 1 ? QStringLiteral("异常") : QStringLiteral("基本正常");
 }
 
 QString PacketAnalysisViewModel::announceIntervalStatus() const

@@ -11,16 +11,16 @@ class PacketAnalysisWorker;
 class QThread;
 
 /*!
-    Holds the chosen capture and the settings, runs one analysis at a time on a thread of its own, and turns what the worker
-    reports into properties.
+    Holds the chosen capture and the settings, runs one analysis at a time on a thread of its own, and turns what the
+   worker reports into properties.
 
-    Thread: the user-interface thread, which is never blocked for longer than it takes a finished worker's thread to end.
-    Ownership: owns its thread and worker; both serve every analysis. Destroying the object in the middle of an analysis stops
-    it first.
+    Thread: the user-interface thread, which is never blocked for longer than it takes a finished worker's thread to
+   end. Ownership: owns its thread and worker; both serve every analysis. Destroying the object in the middle of an
+   analysis stops it first.
 
-    A run is idle -> running (startAnalysis) -> finished (isAnalysisComplete) or failed (lastErrorMessage, analysisError). A new
-    path, or clearResults(), in the middle of a run abandons it: none of its later signals changes the view model, and a new
-    start waits in the background until it has ended.
+    A run is idle -> running (startAnalysis) -> finished (isAnalysisComplete) or failed (lastErrorMessage,
+   analysisError). A new path, or clearResults(), in the middle of a run abandons it: none of its later signals changes
+   the view model, and a new start waits in the background until it has ended.
 
     Texts: "no anylse" (spelled so on purpose) stands for a check that has not been made, "未知" for an unknown value.
 */
@@ -148,7 +148,8 @@ private slots:
 public:
     //! Chooses the file, unless an analysis is running; does not start anything.
     Q_INVOKABLE void analyzePacketFile(const QString &filePath);
-    //! Writes the findings as comma-separated text, UTF-8 with byte-order mark. Failures: lastErrorMessage; success: silence.
+    //! Writes the findings as comma-separated text, UTF-8 with byte-order mark. Failures: lastErrorMessage; success:
+    //! silence.
     Q_INVOKABLE void exportAbnormalPackets(const QString &exportPath);
     //! Starts the analysis of the selected file; ignored while one runs.
     Q_INVOKABLE void startAnalysis();

@@ -15,8 +15,8 @@
 namespace {
 
 /*!
-    A file to export to. A regular file is replaced only once its new content is complete, so that a full disk never leaves half
-    a document in the place of a whole one; anything else (a pipe, a device) is written as it stands.
+    A file to export to. A regular file is replaced only once its new content is complete, so that a full disk never
+   leaves half a document in the place of a whole one; anything else (a pipe, a device) is written as it stands.
 */
 class ExportFile
 {
@@ -35,7 +35,8 @@ public:
         return _hasName && device().open(mode | QIODevice::WriteOnly | QIODevice::Truncate);
     }
 
-    //! Writes the content and closes. What goes wrong from here on is only logged: the panel learns of a failed open alone.
+    //! Writes the content and closes. What goes wrong from here on is only logged: the panel learns of a failed open
+    //! alone.
     void write(const QByteArray &content)
     {
         // A full disk shows in the count first: the device takes a part and reports no error.

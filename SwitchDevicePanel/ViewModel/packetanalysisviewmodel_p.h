@@ -7,13 +7,14 @@
 
 class PacketAnalysisWorker;
 
-//! The run on the worker's thread, as the user-interface thread knows it. Runs are numbered from 1; started == ended: none.
+//! The run on the worker's thread, as the user-interface thread knows it. Runs are numbered from 1; started == ended:
+//! none.
 struct AnalysisRun
 {
     int started = 0;
-    int ended = 0; // runs whose thread has finished and whose signals have all arrived
-    bool isAbandoned = false; // the latest run reports to nobody
-    bool isStartPending = false; // a start waits for the abandoned run to end
+    int ended = 0;                // runs whose thread has finished and whose signals have all arrived
+    bool isAbandoned = false;     // the latest run reports to nobody
+    bool isStartPending = false;  // a start waits for the abandoned run to end
     bool isStopRequested = false; // of the latest start
 };
 

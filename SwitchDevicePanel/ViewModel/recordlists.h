@@ -10,16 +10,15 @@
 namespace analysis {
 
 /*!
-    Turns lists of records into the checks' values, reading every time text once, and gives the texts back. The lists must
-    outlive the object. A missing key reads as an empty text.
+    Turns lists of records into the checks' values, reading every time text once, and gives the texts back. The lists
+   must outlive the object. A missing key reads as an empty text.
 */
 class RecordTexts : public MessageTexts
 {
 public:
     explicit RecordTexts(WallClock &clock)
         : _clock(clock)
-    {
-    }
+    {}
 
     CheckMessages read(const QList<QVariantMap> &records);
 

@@ -44,7 +44,7 @@ qint64 windowsIn(const TimeSpan &span, qint64 length)
 std::string tooManyFindings(qint64 count)
 {
     return "more than " + std::to_string(kMaxFindings) + " findings (at least " + std::to_string(count)
-        + "): check the time stamps of the capture, the number of decoders and the analysis interval";
+           + "): check the time stamps of the capture, the number of decoders and the analysis interval";
 }
 
 qint64 windowMsecs(double intervalSeconds)
@@ -130,7 +130,7 @@ void SlaveWindows::placeRequests(const CheckMessages &delayReq, const TimeSpan &
 void SlaveWindows::predictFindings()
 {
     if (_memberCount == 0)
-        return; // nobody is expected and nobody was seen: every window is good
+        return;          // nobody is expected and nobody was seen: every window is good
     qint64 answered = 0; // expected slaves that answered, over all windows
     qint64 answeredWindows = 0;
     std::vector<qint64> lastAnswer(_memberOfSource.size(), -1);
@@ -153,7 +153,8 @@ void SlaveWindows::predictFindings()
 SlaveWindows::Responders SlaveWindows::markResponders(std::size_t firstRequest, qint64 window)
 {
     Responders responders{firstRequest, 0};
-    for (std::size_t &next = responders.nextRequest; next < _requests.size() && _requests[next].window == window; ++next) {
+    for (std::size_t &next = responders.nextRequest; next < _requests.size() && _requests[next].window == window;
+         ++next) {
         const auto source = static_cast<std::size_t>(_requests[next].source);
         if (_answeredBySource[source] == window)
             continue;

@@ -30,7 +30,8 @@ class SlaveWindows
 {
 public:
     //! \a texts must outlive the object; \a delayReq may be in any order.
-    SlaveWindows(const CheckMessages &delayReq, const TimeSpan &span, const SlaveExpectation &expectation, MessageTexts &texts);
+    SlaveWindows(const CheckMessages &delayReq, const TimeSpan &span, const SlaveExpectation &expectation,
+                 MessageTexts &texts);
 
     qint64 count() const { return _count; }
 
@@ -73,12 +74,12 @@ private:
     qint64 _findingCount = 0;
 
     // The expected set: the sources seen, or numbered hosts of one /24 network.
-    QString _prefix; // of numbered hosts
+    QString _prefix;                  // of numbered hosts
     std::vector<qint32> _seenMembers; // member -> source, where the sources seen are the expected ones
     qint32 _memberCount = 0;
     std::vector<qint32> _memberOfSource; // source -> member, -1 where it is none
 
-    std::vector<Request> _requests; // by window
+    std::vector<Request> _requests;        // by window
     std::vector<qint64> _answeredBySource; // source -> last window in which it sent a request
     std::vector<qint64> _answeredByMember;
     std::vector<QString> _memberTexts; // made when first missing; shared by all findings

@@ -16,7 +16,7 @@ struct SourceAddress
 
 struct StoredMessage
 {
-    qint64 msecs = 0; // capture time since the Unix epoch
+    qint64 msecs = 0;     // capture time since the Unix epoch
     qint64 readMsecs = 0; // of its time text, read back
     bool hasTime = false; // whether the text is a time
     SourceAddress source;

@@ -37,10 +37,13 @@ SwitchDeviceViewModel::SwitchDeviceViewModel(QObject *parent)
     startLogRouting();
 
     _d->device = ovra::bll::SwitchDevice::getInstance();
-    connect(this, &SwitchDeviceViewModel::signal_loadLanguage, _d->device, &ovra::bll::SwitchDevice::signal_loadLanguage);
-    connect(_d->device, &ovra::bll::SwitchDevice::signal_languageChange, this, &SwitchDeviceViewModel::slot_languageChange);
+    connect(this, &SwitchDeviceViewModel::signal_loadLanguage, _d->device,
+            &ovra::bll::SwitchDevice::signal_loadLanguage);
+    connect(_d->device, &ovra::bll::SwitchDevice::signal_languageChange, this,
+            &SwitchDeviceViewModel::slot_languageChange);
     connect(this, &SwitchDeviceViewModel::signal_threadFinished, this, &SwitchDeviceViewModel::slot_threadFinished);
-    connect(this, &SwitchDeviceViewModel::signal_deviceCommunicate, this, &SwitchDeviceViewModel::slot_deviceCommunicate);
+    connect(this, &SwitchDeviceViewModel::signal_deviceCommunicate, this,
+            &SwitchDeviceViewModel::slot_deviceCommunicate);
     connect(this, &SwitchDeviceViewModel::parseStateChanged, this, &SwitchDeviceViewModel::slot_handleParseState);
 
     loadLanguage(OVRA::BLL::TranslateManage::getInstance()->getLanguageTypeFromConfig());

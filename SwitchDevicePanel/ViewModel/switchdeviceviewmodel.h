@@ -13,18 +13,18 @@
 /*!
     The one object behind the switch device panel.
 
-    Thread: the user-interface thread; all properties are read and written there. The message handler alone may run on any
-    thread, and only posts to the object's own thread.
+    Thread: the user-interface thread; all properties are read and written there. The message handler alone may run on
+   any thread, and only posts to the object's own thread.
 
-    Ownership: created and destroyed by QML (or any host) with no parent needed. Owns its PacketAnalysisViewModel and two
-    auxiliary threads; shares the process-wide console session (ovra::bll::SwitchDevice) with every other instance, so that
-    destroying any instance closes the serial port.
+    Ownership: created and destroyed by QML (or any host) with no parent needed. Owns its PacketAnalysisViewModel and
+   two auxiliary threads; shares the process-wide console session (ovra::bll::SwitchDevice) with every other instance,
+   so that destroying any instance closes the serial port.
 
-    Setters follow one of two rules: "on change" stores and notifies only when the value differs; "always" stores and notifies
-    on every call (up-port range, link-aggregation ranges, currentCom). VLAN ids outside 1 to 4093, words other than
-    "enable"/"disable" and "access"/"trunk" are ignored without a sound. Irregular readings are part of the interface: connType
-    always reads Login, userName always reads "" and ignores writes, toast can be neither read nor written, and the port counts
-    are upper minus lower bound without the +1.
+    Setters follow one of two rules: "on change" stores and notifies only when the value differs; "always" stores and
+   notifies on every call (up-port range, link-aggregation ranges, currentCom). VLAN ids outside 1 to 4093, words other
+   than "enable"/"disable" and "access"/"trunk" are ignored without a sound. Irregular readings are part of the
+   interface: connType always reads Login, userName always reads "" and ignores writes, toast can be neither read nor
+   written, and the port counts are upper minus lower bound without the +1.
 */
 class SwitchDeviceViewModel : public QObject
 {
@@ -348,7 +348,8 @@ private slots:
     void emitLogMessage(const QString &message, bool isDetailedLog = false);
 
 public:
-    //! The text in the panel's current language; the text itself where there is no translation. Source texts are Chinese.
+    //! The text in the panel's current language; the text itself where there is no translation. Source texts are
+    //! Chinese.
     Q_INVOKABLE QString lxTr(const QString &text) const;
     Q_INVOKABLE bool deviceCommunicate();
     //! Closes the serial port, empties the command queue and says so in a toast.

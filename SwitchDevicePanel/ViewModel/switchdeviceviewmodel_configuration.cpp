@@ -52,19 +52,19 @@ QString SwitchDeviceViewModel::getExportPath()
     return _d->files.exportPath;
 }
 
-void SwitchDeviceViewModel::sendSwitchDeviceCmd() { }
+void SwitchDeviceViewModel::sendSwitchDeviceCmd() {}
 
-void SwitchDeviceViewModel::clearAllConfig() { }
+void SwitchDeviceViewModel::clearAllConfig() {}
 
-void SwitchDeviceViewModel::queryDeviceStatus(const QString &) { }
+void SwitchDeviceViewModel::queryDeviceStatus(const QString &) {}
 
-void SwitchDeviceViewModel::saveSwitchDeviceCmd() { }
+void SwitchDeviceViewModel::saveSwitchDeviceCmd() {}
 
 QString SwitchDeviceViewModel::getDefaultConfigPath()
 {
     return QString();
 }
 
-void SwitchDeviceViewModel::exportSwitchInfo() { }
+void SwitchDeviceViewModel::exportSwitchInfo() {}
 
-void SwitchDeviceViewModel::importSwitchInfo(const QString &) { }
+void SwitchDeviceViewModel::importSwitchInfo(const QString &) {}

@@ -30,10 +30,10 @@ void SwitchDeviceViewModel::setUserPassword(const QByteArray &, const QByteArray
     // Accepted and ignored: the dialogue reads userText and passwordText.
 }
 
-void SwitchDeviceViewModel::slot_deviceCommunicate() { }
+void SwitchDeviceViewModel::slot_deviceCommunicate() {}
 
-void SwitchDeviceViewModel::slot_readBack() { }
+void SwitchDeviceViewModel::slot_readBack() {}
 
-void SwitchDeviceViewModel::slot_threadFinished() { }
+void SwitchDeviceViewModel::slot_threadFinished() {}
 
-void SwitchDeviceViewModel::slot_handleParseState(ParseState) { }
+void SwitchDeviceViewModel::slot_handleParseState(ParseState) {}

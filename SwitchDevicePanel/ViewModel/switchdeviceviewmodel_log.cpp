@@ -14,16 +14,17 @@ namespace {
 constexpr std::chrono::milliseconds kBatchInterval{100};
 
 /*!
-    Who gets the messages, and who had them before. Any thread logs, so everything is behind the lock; posting under it keeps the
-    target alive until the line is in its event queue, and installing under it makes messages wait until it is known where
-    they go.
+    Who gets the messages, and who had them before. Any thread logs, so everything is behind the lock; posting under it
+   keeps the target alive until the line is in its event queue, and installing under it makes messages wait until it is
+   known where they go.
 */
 struct LogTargets
 {
-    QMutex lock; // guards instances and previous
+    QMutex lock;                                // guards instances and previous
     QVector<SwitchDeviceViewModel *> instances; // construction order: the last one is the target
-    // The handlers that ours has replaced, the latest at the end. There is more than one when somebody installed a handler
-    // while a view model lived, and that one may lead back to ours. The first stays for messages that are on their way.
+    // The handlers that ours has replaced, the latest at the end. There is more than one when somebody installed a
+    // handler while a view model lived, and that one may lead back to ours. The first stays for messages that are on
+    // their way.
     QVector<QtMessageHandler> previous;
 };
 
@@ -38,10 +39,10 @@ bool isSwitchModule(const QMessageLogContext &context)
     const QString file = QString::fromUtf8(context.file);
     const QString function = QString::fromUtf8(context.function);
     return file.contains(QLatin1String("SwitchDevicePanel"), Qt::CaseInsensitive)
-        || file.contains(QLatin1String("switchdevice"), Qt::CaseInsensitive)
-        || file.contains(QLatin1String("consoleportcomm"), Qt::CaseInsensitive)
-        || function.contains(QLatin1String("SwitchDevice"), Qt::CaseInsensitive)
-        || function.contains(QLatin1String("ConsolePort"), Qt::CaseInsensitive);
+           || file.contains(QLatin1String("switchdevice"), Qt::CaseInsensitive)
+           || file.contains(QLatin1String("consoleportcomm"), Qt::CaseInsensitive)
+           || function.contains(QLatin1String("SwitchDevice"), Qt::CaseInsensitive)
+           || function.contains(QLatin1String("ConsolePort"), Qt::CaseInsensitive);
 }
 
 QString typedText(QtMsgType type, const QString &msg)
@@ -68,8 +69,8 @@ QString stampedLine(const QString &text)
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")), text);
 }
 
-// How often the current thread is inside messageHandler(): a handler that replaced ours and was replaced by it in turn leads
-// back here, and then the one before it is meant.
+// How often the current thread is inside messageHandler(): a handler that replaced ours and was replaced by it in turn
+// leads back here, and then the one before it is meant.
 thread_local int handlerDepth = 0;
 
 QtMessageHandler previousHandler(int depth)

@@ -13,12 +13,12 @@ namespace lumen {
 namespace trans {
 class Translator;
 }
-}
+} // namespace lumen
 namespace ovra {
 namespace bll {
 class SwitchDevice;
 }
-}
+} // namespace ovra
 
 struct ConnectionSettings
 {
@@ -169,7 +169,7 @@ struct SwitchDeviceViewModel::Private
     ConfigurationFiles files;
 
     lumen::trans::Translator *translator = nullptr; // owned by the language manager
-    ovra::bll::SwitchDevice *device = nullptr; // process-wide singleton
+    ovra::bll::SwitchDevice *device = nullptr;      // process-wide singleton
     std::unique_ptr<PacketAnalysisViewModel> packetAnalysis;
     QThread *auxiliaryThreads[2] = {nullptr, nullptr};
 };

@@ -7,6 +7,6 @@ void SwitchDeviceViewModel::onDataReceived(const QByteArray &data)
     collectConsoleLines(data);
 }
 
-void SwitchDeviceViewModel::slot_RecAllData(const QByteArray &) { }
+void SwitchDeviceViewModel::slot_RecAllData(const QByteArray &) {}
 
-void SwitchDeviceViewModel::onCommandCompleted() { }
+void SwitchDeviceViewModel::onCommandCompleted() {}

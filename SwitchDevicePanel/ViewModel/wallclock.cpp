@@ -10,7 +10,7 @@ namespace {
 
 constexpr qint64 kDayMsecs = 86'400'000;
 constexpr qint64 kQuarterMsecs = 900'000; // time zones change their offset at quarters of an hour
-constexpr std::size_t kFirstSpans = 64; // a power of two, as every later size
+constexpr std::size_t kFirstSpans = 64;   // a power of two, as every later size
 constexpr std::size_t kMaxSpans = 65'536; // every day that 32-bit seconds can name
 
 // Years 1000 to 9998: four digits, and two days away from where the text changes its shape in any zone.
@@ -55,7 +55,7 @@ qint64 daysOfCivil(const Civil &date)
 {
     const int year = date.month <= 2 ? date.year - 1 : date.year;
     const qint64 era = floorDiv(year, 400);
-    const auto yearOfEra = static_cast<int>(year - era * 400);
+    const qint64 yearOfEra = year - era * 400;
     const int monthFromMarch = date.month > 2 ? date.month - 3 : date.month + 9;
     const int dayOfYear = (153 * monthFromMarch + 2) / 5 + date.day - 1;
     return era * 146'097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719'468;
@@ -122,8 +122,8 @@ bool readPlainText(const QString &text, qint64 *localMsecs)
     if (text.size() != kTextLength)
         return false;
     const QChar *at = text.constData();
-    if (at[4] != QLatin1Char('-') || at[7] != QLatin1Char('-') || at[10] != QLatin1Char(' ') || at[13] != QLatin1Char(':')
-        || at[16] != QLatin1Char(':') || at[19] != QLatin1Char('.'))
+    if (at[4] != QLatin1Char('-') || at[7] != QLatin1Char('-') || at[10] != QLatin1Char(' ')
+        || at[13] != QLatin1Char(':') || at[16] != QLatin1Char(':') || at[19] != QLatin1Char('.'))
         return false;
     const Civil date{digitsAt(at, 4), digitsAt(at + 5, 2), digitsAt(at + 8, 2)};
     const int hour = digitsAt(at + 11, 2);
@@ -135,7 +135,7 @@ bool readPlainText(const QString &text, qint64 *localMsecs)
         return false;
     if (date.day > daysInMonth(date.year, date.month))
         return false;
-    *localMsecs = daysOfCivil(date) * kDayMsecs + ((hour * 60 + minute) * 60 + second) * qint64(1'000) + milli;
+    *localMsecs = daysOfCivil(date) * kDayMsecs + milli + qint64{1'000} * ((hour * 60 + minute) * 60 + second);
     return isPlain(*localMsecs);
 }
 
@@ -201,8 +201,8 @@ WallClock::Span WallClock::probeInstant(qint64 msecs)
 
 WallClock::Span WallClock::probeReading(qint64 local)
 {
-    // A text, and not the fields: Qt reads a text field by field, and which of two instants a repeated reading becomes depends
-    // on what the C library converted just before.
+    // A text, and not the fields: Qt reads a text field by field, and which of two instants a repeated reading becomes
+    // depends on what the C library converted just before.
     const QDateTime time = QDateTime::fromString(plainText(local), format());
     return {kNoSpan, local - time.toMSecsSinceEpoch(), 0, time.isValid()};
 }
@@ -213,7 +213,8 @@ const WallClock::Span &WallClock::spanAt(SpanTable &table, qint64 msecs, qint64 
     const auto place = [&table, index] { return static_cast<std::size_t>(index) & (table.spans.size() - 1); };
     if (table.spans[place()].index == index)
         return table.spans[place()];
-    if (table.spans[place()].index != kNoSpan && ++table.conflicts > table.spans.size() && table.spans.size() < kMaxSpans) {
+    if (table.spans[place()].index != kNoSpan && ++table.conflicts > table.spans.size()
+        && table.spans.size() < kMaxSpans) {
         table.spans.assign(table.spans.size() * 2, Span());
         table.conflicts = 0;
     }

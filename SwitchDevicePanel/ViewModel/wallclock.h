@@ -10,13 +10,13 @@ namespace analysis {
 /*!
     Formats and parses the time texts of message records, with the results that QDateTime gives and without its price.
 
-    Every comparison of the analysis is made on the text of a time, parsed back. In the hour that the end of daylight saving
-    repeats, a text may mean either of two instants and is read as one of them, so "format, then parse" is not the identity;
-    reread() gives that result without a text.
+    Every comparison of the analysis is made on the text of a time, parsed back. In the hour that the end of daylight
+   saving repeats, a text may mean either of two instants and is read as one of them, so "format, then parse" is not the
+   identity; reread() gives that result without a text.
 
-    Qt is asked once per day (or per quarter of an hour on days on which the offset changes); inside such a span the offset is a
-    constant. Times that Qt treats otherwise (years before 1000 or after 9998), texts of another shape, wall-clock readings that
-    never were, and spans that do not look alike all over go through Qt one by one.
+    Qt is asked once per day (or per quarter of an hour on days on which the offset changes); inside such a span the
+   offset is a constant. Times that Qt treats otherwise (years before 1000 or after 9998), texts of another shape,
+   wall-clock readings that never were, and spans that do not look alike all over go through Qt one by one.
 
     Not thread-safe; keep one per analysis. Reads the system's time zone when a span is first seen.
 */
@@ -50,13 +50,13 @@ private:
     {
         qint64 index = kNoSpan;
         qint64 offset = 0; // local minus UTC, in milliseconds
-        qint64 echo = 0; // of instants: read back minus given; not 0 in one pass of a repeated hour
+        qint64 echo = 0;   // of instants: read back minus given; not 0 in one pass of a repeated hour
         bool isUniform = false;
     };
     using Probe = Span (*)(qint64 msecs);
 
-    //! Direct-mapped cache. A capture of a few minutes touches one entry; one whose times are spread over a century makes the
-    //! table grow until every day has its place.
+    //! Direct-mapped cache. A capture of a few minutes touches one entry; one whose times are spread over a century
+    //! makes the table grow until every day has its place.
     struct SpanTable
     {
         std::vector<Span> spans;

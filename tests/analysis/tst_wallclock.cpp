@@ -38,12 +38,14 @@ QDateTime qtTime(const QString &text)
 void addZones()
 {
     QTest::addColumn<QByteArray>("zone");
-    for (const char *zone : {"UTC", "Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Asia/Kolkata", "Pacific/Apia",
-                             "America/St_Johns", "Africa/Monrovia", "Africa/Casablanca", "Asia/Shanghai", "Europe/Moscow"})
+    for (const char *zone :
+         {"UTC", "Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Asia/Kolkata", "Pacific/Apia",
+          "America/St_Johns", "Africa/Monrovia", "Africa/Casablanca", "Asia/Shanghai", "Europe/Moscow"})
         QTest::newRow(zone) << QByteArray(zone);
 }
 
-// Instants at and around every change of the offset between 1969 and 2040, and spread over the years that texts can name.
+// Instants at and around every change of the offset between 1969 and 2040, and spread over the years that texts can
+// name.
 QVector<qint64> interestingInstants()
 {
     QVector<qint64> instants;
@@ -103,8 +105,7 @@ void TestWallClock::everyText_meansWhatQtSays()
     WallClock clock;
     // Wall-clock readings taken as if they were UTC: in a zone with a gap, some of them do not exist.
     for (const qint64 instant : interestingInstants()) {
-        const QString text
-            = QDateTime::fromMSecsSinceEpoch(instant, Qt::UTC).toString(WallClock::format());
+        const QString text = QDateTime::fromMSecsSinceEpoch(instant, Qt::UTC).toString(WallClock::format());
         const QDateTime expected = qtTime(text);
         const WallClock::Time time = clock.parse(text);
         QVERIFY2(time.isValid == expected.isValid(), qPrintable(text));
@@ -116,7 +117,7 @@ void TestWallClock::repeatedHour_isReadAsItsFirstPass()
 {
     QVERIFY(setLocalTimeZone("Europe/Berlin"));
     constexpr qint64 kSummer = 1'761'438'600'000; // 2025-10-26 02:30 in summer time
-    constexpr qint64 kWinter = kSummer + kHour; // the same reading in standard time
+    constexpr qint64 kWinter = kSummer + kHour;   // the same reading in standard time
     WallClock clock;
     QCOMPARE(clock.text(kSummer), QStringLiteral("2025-10-26 02:30:00.000"));
     QCOMPARE(clock.text(kWinter), clock.text(kSummer));
@@ -131,16 +132,43 @@ void TestWallClock::repeatedHour_isReadAsItsFirstPass()
 void TestWallClock::oddTexts_areReadLikeQt_data()
 {
     QTest::addColumn<QString>("text");
-    for (const char *text :
-         {"", " ", "~", "2026-01-01", "2026-01-01 00:00:00", "2026-01-01 00:00:00.00", "2026-01-01 00:00:00.0000",
-          "2026-1-01 00:00:00.000", "2026-13-01 00:00:00.000", "2026-00-01 00:00:00.000", "2026-02-29 00:00:00.000",
-          "2024-02-29 00:00:00.000", "2000-02-29 12:00:00.000", "1900-02-29 12:00:00.000", "2026-04-31 00:00:00.000",
-          "2026-01-01 24:00:00.000", "2026-01-01 23:60:00.000", "2026-01-01 23:59:60.000", "2026-01-01T00:00:00.000",
-          "2026/01/01 00:00:00.000", "+026-01-01 00:00:00.000", "-026-01-01 00:00:00.000", "0000-01-01 00:00:00.000",
-          "0001-01-01 00:00:00.000", "0999-12-31 23:59:59.999", "1000-01-01 00:00:00.000", "9999-12-31 23:59:59.999",
-          "10000-01-01 00:00:00.000", " 2026-01-01 00:00:00.000", "2026-01-01 00:00:00.000 ", "2026-01-01 00:00:00,000",
-          "２０２６-01-01 00:00:00.000", "2026-01-01 00:00:00.00a", "2026-01-01 00:00:00.000 ~ 2026-01-01 00:00:01.000",
-          "1582-10-10 00:00:00.000", "1969-12-31 23:59:59.999", "2038-01-19 03:14:08.000"})
+    for (const char *text : {"",
+                             " ",
+                             "~",
+                             "2026-01-01",
+                             "2026-01-01 00:00:00",
+                             "2026-01-01 00:00:00.00",
+                             "2026-01-01 00:00:00.0000",
+                             "2026-1-01 00:00:00.000",
+                             "2026-13-01 00:00:00.000",
+                             "2026-00-01 00:00:00.000",
+                             "2026-02-29 00:00:00.000",
+                             "2024-02-29 00:00:00.000",
+                             "2000-02-29 12:00:00.000",
+                             "1900-02-29 12:00:00.000",
+                             "2026-04-31 00:00:00.000",
+                             "2026-01-01 24:00:00.000",
+                             "2026-01-01 23:60:00.000",
+                             "2026-01-01 23:59:60.000",
+                             "2026-01-01T00:00:00.000",
+                             "2026/01/01 00:00:00.000",
+                             "+026-01-01 00:00:00.000",
+                             "-026-01-01 00:00:00.000",
+                             "0000-01-01 00:00:00.000",
+                             "0001-01-01 00:00:00.000",
+                             "0999-12-31 23:59:59.999",
+                             "1000-01-01 00:00:00.000",
+                             "9999-12-31 23:59:59.999",
+                             "10000-01-01 00:00:00.000",
+                             " 2026-01-01 00:00:00.000",
+                             "2026-01-01 00:00:00.000 ",
+                             "2026-01-01 00:00:00,000",
+                             "２０２６-01-01 00:00:00.000",
+                             "2026-01-01 00:00:00.00a",
+                             "2026-01-01 00:00:00.000 ~ 2026-01-01 00:00:01.000",
+                             "1582-10-10 00:00:00.000",
+                             "1969-12-31 23:59:59.999",
+                             "2038-01-19 03:14:08.000"})
         QTest::newRow(text) << QString::fromUtf8(text);
 }
 

@@ -44,6 +44,8 @@ private:
 /// Makes a named pipe in the file system.
 bool makePipe(const QString &path);
 
+bool makeSymbolicLink(const QString &target, const QString &path);
+
 /// A device that can be opened for writing and takes nothing; empty where there is none.
 QString fullDevice();
 

@@ -66,6 +66,11 @@ bool makePipe(const QString &path)
     return mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
 }
 
+bool makeSymbolicLink(const QString &target, const QString &path)
+{
+    return symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) == 0;
+}
+
 QString fullDevice()
 {
     const QString device = QStringLiteral("/dev/full");

@@ -18,6 +18,11 @@ bool makePipe(const QString &)
     return false;
 }
 
+bool makeSymbolicLink(const QString &, const QString &)
+{
+    return false;
+}
+
 QString fullDevice()
 {
     return QString();

@@ -518,8 +518,10 @@ void TestPacketAnalysisViewModelExport::deniedFolder_fails()
     QVERIFY(QFile::setPermissions(folder, QFile::Permissions(0x5555)));
     {
         const systemlimits::UnprivilegedScope scope;
-        if (!scope.isUnprivileged())
-            QSKIP("This system has no other user to act as");
+        if (!scope.isUnprivileged()) {
+            QTest::qSkip("This system has no other user to act as", __FILE__, __LINE__);
+            return;
+        }
         call(viewModel, folder + QStringLiteral("/a"));
     }
     QCOMPARE(viewModel.lastErrorMessage(), call.failure(folder + QStringLiteral("/a")));
@@ -537,8 +539,10 @@ void TestPacketAnalysisViewModelExport::deniedFile_fails()
     QVERIFY(QFile::setPermissions(_folder->path(), QFile::Permissions(0x7777)));
     {
         const systemlimits::UnprivilegedScope scope;
-        if (!scope.isUnprivileged())
-            QSKIP("This system has no other user to act as");
+        if (!scope.isUnprivileged()) {
+            QTest::qSkip("This system has no other user to act as", __FILE__, __LINE__);
+            return;
+        }
         call(viewModel, target);
     }
     QCOMPARE(viewModel.lastErrorMessage(), call.failure(target));
@@ -556,8 +560,10 @@ void TestPacketAnalysisViewModelExport::writableFileInDeniedFolder_isWritten()
     QVERIFY(QFile::setPermissions(_folder->path(), QFile::Permissions(0x7755)));
     {
         const systemlimits::UnprivilegedScope scope;
-        if (!scope.isUnprivileged())
-            QSKIP("This system has no other user to act as");
+        if (!scope.isUnprivileged()) {
+            QTest::qSkip("This system has no other user to act as", __FILE__, __LINE__);
+            return;
+        }
         call(viewModel, target);
     }
     QCOMPARE(viewModel.lastErrorMessage(), QString());
@@ -578,8 +584,10 @@ void TestPacketAnalysisViewModelExport::fullDisk_keepsTheExistingFile()
     QVERIFY(write(target, "an older export, whole"));
     {
         const systemlimits::FileSizeLimit limit(4096);
-        if (!limit.isInForce())
-            QSKIP("This system has no limit of file sizes");
+        if (!limit.isInForce()) {
+            QTest::qSkip("This system has no limit of file sizes", __FILE__, __LINE__);
+            return;
+        }
         call(viewModel, target);
     }
     QCOMPARE(contentOf(target), QByteArray("an older export, whole"));
@@ -593,8 +601,10 @@ void TestPacketAnalysisViewModelExport::fullDevice_isSurvived()
 {
     const ExportCall call = exportCall();
     const QString device = systemlimits::fullDevice();
-    if (device.isEmpty())
-        QSKIP("This system has no device that is always full");
+    if (device.isEmpty()) {
+        QTest::qSkip("This system has no device that is always full", __FILE__, __LINE__);
+        return;
+    }
     PacketAnalysisViewModel viewModel;
     fill(viewModel);
     const SignalRecorder recorder(&viewModel);
@@ -606,9 +616,6 @@ void TestPacketAnalysisViewModelExport::fullDevice_isSurvived()
 
 void TestPacketAnalysisViewModelExport::symbolicLink_isWrittenThrough()
 {
-#ifdef Q_OS_WIN
-    QSKIP("Links are shortcut files on this system");
-#endif
     const ExportCall call = exportCall();
     PacketAnalysisViewModel viewModel;
     fill(viewModel);
@@ -616,7 +623,10 @@ void TestPacketAnalysisViewModelExport::symbolicLink_isWrittenThrough()
     const QString target = path(QStringLiteral("elsewhere/target"));
     const QString link = path(QStringLiteral("link"));
     QVERIFY(write(target, "old"));
-    QVERIFY(QFile::link(target, link));
+    if (!systemlimits::makeSymbolicLink(target, link)) {
+        QTest::qSkip("This system has no symbolic links for everybody", __FILE__, __LINE__);
+        return;
+    }
     call(viewModel, link);
     QCOMPARE(viewModel.lastErrorMessage(), QString());
     QVERIFY(QFileInfo(link).isSymLink());

@@ -203,7 +203,7 @@ private:
 
 QString TestPacketAnalysisWorkerCaptures::write(const QByteArray &bytes, const QString &name)
 {
-    const QString path = _folder->filePath(name);
+    QString path = _folder->filePath(name);
     if (!capturebuilder::writeFile(path, bytes))
         qFatal("Cannot write %s", qUtf8Printable(path));
     return path;
@@ -420,8 +420,10 @@ void TestPacketAnalysisWorkerCaptures::noCapture_givesOneError()
 void TestPacketAnalysisWorkerCaptures::pipe_givesOneError_andDoesNotWait()
 {
     const QString path = _folder->filePath(QStringLiteral("pipe"));
-    if (!systemlimits::makePipe(path))
-        QSKIP("This system has no named pipes among its files");
+    if (!systemlimits::makePipe(path)) {
+        QTest::qSkip("This system has no named pipes among its files", __FILE__, __LINE__);
+        return;
+    }
     QCOMPARE(analyse(path).calls, refusalOf(path)); // nobody ever writes into it
 }
 
@@ -431,8 +433,10 @@ void TestPacketAnalysisWorkerCaptures::deniedFile_givesOneError()
     QVERIFY(QFile::setPermissions(_folder->path(), QFile::Permissions(0x7755)));
     QVERIFY(QFile::setPermissions(path, QFile::Permissions()));
     const systemlimits::UnprivilegedScope scope;
-    if (!scope.isUnprivileged())
-        QSKIP("This system has no other user to act as");
+    if (!scope.isUnprivileged()) {
+        QTest::qSkip("This system has no other user to act as", __FILE__, __LINE__);
+        return;
+    }
     QCOMPARE(analyse(path).calls, refusalOf(path));
 }
 
@@ -525,7 +529,7 @@ void TestPacketAnalysisWorkerCaptures::record_texts_areTheMessagesFields()
 {
     PtpMessage announce = message(PtpType::Announce, 65'535);
     announce.domainNumber = 127;
-    announce.correctionField = 3 * 65'536;
+    announce.correctionField = qint64(3) * 65'536;
     announce.sourcePortIdentity = {{{0x00, 0x1b, 0x19, 0xff, 0xfe, 0xab, 0xcd, 0xef}}, 258};
     announce.timestamp = {281'474'976'710'655, 5};
     announce.announce.currentUtcOffset = -37;
@@ -814,12 +818,13 @@ void TestPacketAnalysisWorkerCaptures::healthCheck_isPartOfTheStatistics()
     const QVariantList findings = run.health().value(QStringLiteral("abnormalPackets")).toList();
     QCOMPARE(findings.size(), 5); // windows 6 to 10; the last Sync is not looked at
     for (int i = 0; i < findings.size(); ++i) {
-        const QVariantMap expected{{QStringLiteral("timestamp"),
-                                    textanalysis::timeText(textanalysis::milliseconds(options.start) + (5 + i) * 1000)},
-                                   {QStringLiteral("messageType"), QStringLiteral("DELAY_REQ")},
-                                   {QStringLiteral("sourceIp"), QStringLiteral("192.168.100.2")},
-                                   {QStringLiteral("sequenceId"), QString::number(6 + i)},
-                                   {QStringLiteral("abnormalType"), QStringLiteral("从节点未回复")}};
+        const QVariantMap expected{
+            {QStringLiteral("timestamp"),
+             textanalysis::timeText(textanalysis::milliseconds(options.start) + qint64(5 + i) * 1000)},
+            {QStringLiteral("messageType"), QStringLiteral("DELAY_REQ")},
+            {QStringLiteral("sourceIp"), QStringLiteral("192.168.100.2")},
+            {QStringLiteral("sequenceId"), QString::number(6 + i)},
+            {QStringLiteral("abnormalType"), QStringLiteral("从节点未回复")}};
         QCOMPARE(textanalysis::differences(expected, findings.at(i)), QStringList());
     }
     QCOMPARE(run.health().value(QStringLiteral("slaveResponseStatus")).toString(),
