@@ -3,6 +3,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDebug>
+#include <QtCore/QLoggingCategory>
 #include <QtCore/QThread>
 
 #include <algorithm>
@@ -80,6 +81,9 @@ void ApplicationThread::applicationStarts()
 {
     qAddPostRoutine(&ApplicationThread::applicationEnds); // Qt forgets it with each application
 #ifndef Q_OS_WIN
+    // What the first log message creates must be there before: of static objects and exit functions, the younger goes
+    // first.
+    QLoggingCategory::defaultCategory();
     // For processes that end without destroying their application: a thread that still ran would run on without Qt's
     // static objects. On Windows all other threads have gone by then.
     std::atexit(&ApplicationThread::applicationEnds);

@@ -65,18 +65,17 @@ void PortObject::openPort(const QString &port, int baudRate, unsigned closings, 
     _status->baudRate = baudRate;
     _status->setError({});
     adopt(std::move(device));
+    qInfo().noquote() << portText(QStringLiteral("串口 %1 已打开，波特率 %2")).arg(port, QString::number(baudRate));
+
     // In this order: whoever revokes after the look clears the flag after it was set.
     _status->connected = true;
     if (_status->closings != closings) {
         _status->setError({PortError::Kind::OpenRevoked, port, QString()});
-        dropDevice();
+        closePort();
         return;
     }
-    if (!reply->finish(true)) {
-        dropDevice();
-        return;
-    }
-    qInfo().noquote() << portText(QStringLiteral("串口 %1 已打开，波特率 %2")).arg(port, QString::number(baudRate));
+    if (!reply->finish(true))
+        closePort();
 }
 
 void PortObject::adopt(std::unique_ptr<QIODevice> device)
