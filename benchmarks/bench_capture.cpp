@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <limits>
 
@@ -51,6 +52,10 @@ AnalysisTimes analyse(const QString &path)
                                               .toList()
                                               .size();
                      });
+    QObject::connect(&worker, &PacketAnalysisWorker::error, [](const QString &message) {
+        std::fprintf(stderr, "no analysis, no figure: %s\n", qPrintable(message));
+        std::exit(1);
+    });
     timer.start();
     worker.run();
     return times;
@@ -189,7 +194,7 @@ int main(int argc, char **argv)
 
     const QTemporaryDir folder;
     const auto file = [&folder](const char *name) { return folder.filePath(QLatin1String(name)); };
-    const std::int64_t bytes = parser.value(size).toLongLong() * kMebibyte - 4'096;
+    const std::int64_t bytes = (parser.value(size).toLongLong() - 1) * kMebibyte; // below the limit of 1 GiB
     const int count = std::max(1, parser.value(rounds).toInt());
     const std::int64_t messages = generateCapture(file("ptp.pcap"), Traffic::PtpOnly, bytes);
     const std::int64_t packets = generateCapture(file("video.pcap"), Traffic::VideoWithPtp, bytes);

@@ -179,8 +179,8 @@ void writeVideoSite(CaptureWriter &writer, std::int64_t bytes)
 
 void writeHostileTail(CaptureWriter &writer)
 {
-    constexpr int kSyncs = 5'000; // a window each: 9 slaves missing in nearly all of them
-    constexpr int kRequests = 22'500;
+    constexpr int kSyncs = 5'320; // a window each: 9 slaves missing in nearly all of them
+    constexpr int kRequests = 22'300;
     Site site;
     for (int i = 0; i < kSyncs; ++i)
         writer.writeMessage((kStartSeconds + i) * 1'000'000, site.sync, static_cast<unsigned>(i & 0xffff));
