@@ -106,6 +106,7 @@ void PacketAnalysisViewModel::startAnalysis()
         return;
     _d->run.isStopRequested = false;
     _d->run.isStartPending = true;
+    _d->input = {_d->selectedFilePath, expectedSlaves(_d->decoderCount), _d->slaveAnalysisInterval};
     setAnalyzing(true);
     if (_d->run.isStartPending && !_d->thread->isRunning())
         launchRun();
@@ -117,9 +118,9 @@ void PacketAnalysisViewModel::launchRun()
     _d->run.isAbandoned = false;
     ++_d->run.started;
     _d->worker->clearAbandoned();
-    _d->worker->setFilePath(_d->selectedFilePath);
-    _d->worker->setExpectedSlaveCount(expectedSlaves(_d->decoderCount));
-    _d->worker->setSlaveAnalysisInterval(_d->slaveAnalysisInterval);
+    _d->worker->setFilePath(_d->input.filePath);
+    _d->worker->setExpectedSlaveCount(_d->input.expectedSlaveCount);
+    _d->worker->setSlaveAnalysisInterval(_d->input.slaveAnalysisInterval);
     _d->thread->start();
 }
 

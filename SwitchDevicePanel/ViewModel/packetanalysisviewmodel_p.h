@@ -18,6 +18,14 @@ struct AnalysisRun
     bool isStopRequested = false; // of the latest start
 };
 
+//! What a start hands to the worker; a start that is held back keeps what was set when it was called.
+struct AnalysisInput
+{
+    QString filePath;
+    int expectedSlaveCount = 9;
+    double slaveAnalysisInterval = 1.0; // seconds
+};
+
 struct PacketAnalysisViewModel::Private
 {
     QString selectedFilePath;
@@ -37,5 +45,6 @@ struct PacketAnalysisViewModel::Private
     PacketAnalysisWorker *worker = nullptr; // lives on the thread
 
     AnalysisRun run;
+    AnalysisInput input; // of the latest start
     int resets = 0; // a handler that clears or starts anew makes the rest of what a signal says obsolete
 };

@@ -169,7 +169,7 @@ SlaveWindows::Responders SlaveWindows::markResponders(std::size_t firstRequest, 
 qint64 SlaveWindows::walk(WallClock &clock, Findings &findings)
 {
     if (_memberCount == 0)
-        return 0;
+        return 0; // nobody to miss in any window, of which there may be billions: not walked, and not logged
     findings.reserve(findings.size() + static_cast<std::size_t>(_findingCount));
     _answeredByMember.assign(static_cast<std::size_t>(_memberCount), -1);
     _memberTexts.assign(static_cast<std::size_t>(_memberCount), QString());

@@ -4,6 +4,8 @@
 
 #include <switchdevicebll/switchdevice.h>
 
+#include <QtCore/QMutexLocker>
+
 bool SwitchDeviceViewModel::deviceCommunicate()
 {
     emit signal_deviceCommunicate();
@@ -14,9 +16,12 @@ void SwitchDeviceViewModel::disconnectDevice()
 {
     _d->device->disConnectSerial();
     _d->receive.isLoggedIn = false;
-    _d->queue.isOutstanding = false;
-    _d->queue.currentBytes.clear();
-    _d->queue.pending.clear();
+    {
+        const QMutexLocker locker(&_d->queue.lock);
+        _d->queue.isOutstanding = false;
+        _d->queue.currentBytes.clear();
+        _d->queue.pending.clear();
+    }
     emit showToast(lxTr(QStringLiteral("已断开连接")), 0);
 }
 

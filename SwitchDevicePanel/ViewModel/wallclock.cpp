@@ -207,18 +207,31 @@ WallClock::Span WallClock::probeReading(qint64 local)
     return {kNoSpan, local - time.toMSecsSinceEpoch(), 0, time.isValid()};
 }
 
+WallClock::Span &WallClock::placeOf(SpanTable &table, qint64 index)
+{
+    return table.spans[static_cast<std::size_t>(index) & (table.spans.size() - 1)];
+}
+
+void WallClock::grow(SpanTable &table)
+{
+    std::vector<Span> old(table.spans.size() * 4);
+    old.swap(table.spans);
+    table.conflicts = 0;
+    for (const Span &span : old) {
+        if (span.index != kNoSpan)
+            placeOf(table, span.index) = span;
+    }
+}
+
 const WallClock::Span &WallClock::spanAt(SpanTable &table, qint64 msecs, qint64 length, Probe probe)
 {
     const qint64 index = floorDiv(msecs, length);
-    const auto place = [&table, index] { return static_cast<std::size_t>(index) & (table.spans.size() - 1); };
-    if (table.spans[place()].index == index)
-        return table.spans[place()];
-    if (table.spans[place()].index != kNoSpan && ++table.conflicts > table.spans.size()
-        && table.spans.size() < kMaxSpans) {
-        table.spans.assign(table.spans.size() * 2, Span());
-        table.conflicts = 0;
-    }
-    Span &span = table.spans[place()];
+    const Span &known = placeOf(table, index);
+    if (known.index == index)
+        return known;
+    if (known.index != kNoSpan && ++table.conflicts > table.spans.size() / 4 && table.spans.size() < kMaxSpans)
+        grow(table);
+    Span &span = placeOf(table, index);
     const qint64 start = index * length;
     span = probe(start);
     span.index = index;

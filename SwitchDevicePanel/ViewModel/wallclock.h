@@ -70,6 +70,8 @@ private:
 
     static Span probeInstant(qint64 msecs);
     static Span probeReading(qint64 local);
+    static Span &placeOf(SpanTable &table, qint64 index);
+    static void grow(SpanTable &table);
     static const Span &spanAt(SpanTable &table, qint64 msecs, qint64 length, Probe probe);
     static const Span &spanOf(SpanCache &cache, qint64 msecs, Probe probe);
 

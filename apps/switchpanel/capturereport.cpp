@@ -20,6 +20,8 @@ constexpr Text kInterrupted{"Stopped by Ctrl-C: the report covers the %1 packets
 constexpr Text kNoMessages{"There is no PTP message in this capture: nothing was judged.",
                            "抓包中没有PTP报文：未作任何判断。"};
 
+constexpr Text kNotJudged{"not judged", "未判断"};
+
 constexpr Text kChecks{"Checks", "检查项"};
 constexpr Text kAnnounce{"Announce interval", "Announce间隔"};
 constexpr Text kSync{"Sync interval", "Sync间隔"};
@@ -146,11 +148,13 @@ void ReportWriter::addMoreRows(std::size_t count)
 void ReportWriter::addHead()
 {
     _lines.append(_painter.painted(say(kCapture, {printable(_report.filePath)}), Style::Heading));
+    const bool isJudged = messageCountOf(_report) > 0;
     _lines.append(_painter.painted(say(kVerdict), Style::Heading)
-                  + _painter.painted(sayStatus(_report.verdict), styleOfStatus(_report.verdict)));
+                  + (isJudged ? _painter.painted(sayStatus(_report.verdict), styleOfStatus(_report.verdict))
+                              : _painter.painted(say(kNotJudged), Style::Doubtful)));
     if (_report.isInterrupted)
         _lines.append(_painter.painted(say(kInterrupted, {QString::number(_report.packetsRead)}), Style::Doubtful));
-    if (messageCountOf(_report) == 0)
+    if (!isJudged)
         _lines.append(_painter.painted(say(kNoMessages), Style::Doubtful));
 }
 
@@ -305,6 +309,9 @@ Cell verdictCell(const CaptureReport &report, Language language)
         return {inLanguage(kFailed, language), Style::Doubtful};
     if (report.isInterrupted)
         return {inLanguage(kStopped, language), Style::Doubtful};
+    // A network without messages has no findings, and would read as normal: a wrong mirror port is not a healthy site.
+    if (messageCountOf(report) == 0)
+        return {inLanguage(kNotJudged, language), Style::Doubtful};
     return {analysisText(report.verdict, language), styleOfStatus(report.verdict)};
 }
 
@@ -334,7 +341,7 @@ ExitStatus exitStatusOf(const CaptureReport &report)
 {
     if (report.isInterrupted)
         return ExitStatus::Interrupted;
-    if (!report.errors.isEmpty())
+    if (!report.errors.isEmpty() || messageCountOf(report) == 0)
         return ExitStatus::Failed;
     return report.verdict == QStringLiteral("正常") ? ExitStatus::Healthy : ExitStatus::Abnormal;
 }

@@ -159,10 +159,12 @@ void TestInstallation::libraries_areThoseOfTheInstallation()
         if (library.startsWith(prefix))
             own.append(QFileInfo(library).fileName().section(QLatin1Char('.'), 0, 0));
     }
-    if (lines.filter(QStringLiteral("library=")).isEmpty())
-        return; // a system that does not tell; that the module was imported is all there is to see
-    for (const char *library :
-         {"libbasecomm", "libconsoleportcomm", "liblxtranslate", "libswitchdevicebll", "libzrextensionsystem"})
+    if (lines.filter(QStringLiteral("library=")).isEmpty()) {
+        QTest::qSkip("This system does not tell which libraries a process has loaded", __FILE__, __LINE__);
+        return;
+    }
+    for (const char *library : {"libbasecomm", "libconsoleportcomm", "liblxtranslate", "libptpv2parser",
+                                "libswitchdevicebll", "libzrextensionsystem"})
         QVERIFY2(own.contains(QLatin1String(library)), library);
 }
 

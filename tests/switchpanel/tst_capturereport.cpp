@@ -204,6 +204,7 @@ void TestCaptureReport::reportLines_noMessages()
     report.verdict = QStringLiteral("正常");
     report.captureTime = QStringLiteral("未知");
     const QStringList lines = reportLines(report, Language::English, kPlain);
+    QVERIFY(lines.contains("Verdict: not judged"));
     QVERIFY(lines.contains("There is no PTP message in this capture: nothing was judged."));
     QVERIFY(lines.contains("  Master clock     unknown"));
     QVERIFY(lines.contains("  Capture time     unknown"));
@@ -288,15 +289,17 @@ void TestCaptureReport::exitStatus_followsTheVerdict_data()
     QTest::addColumn<QString>("verdict");
     QTest::addColumn<bool>("hasError");
     QTest::addColumn<bool>("isInterrupted");
+    QTest::addColumn<int>("messages");
     QTest::addColumn<int>("status");
 
-    QTest::newRow("normal") << "正常" << false << false << 0;
-    QTest::newRow("abnormal") << "异常" << false << false << 1;
-    QTest::newRow("mostly normal") << "基本正常" << false << false << 1;
+    QTest::newRow("normal") << "正常" << false << false << 7 << 0;
+    QTest::newRow("abnormal") << "异常" << false << false << 7 << 1;
+    QTest::newRow("mostly normal") << "基本正常" << false << false << 7 << 1;
     // The verdict of a view model that has nothing is no verdict.
-    QTest::newRow("error") << "正常" << true << false << 2;
-    QTest::newRow("stopped") << "正常" << false << true << 130;
-    QTest::newRow("stopped, then an error") << "正常" << true << true << 130;
+    QTest::newRow("error") << "正常" << true << false << 0 << 2;
+    QTest::newRow("nothing to judge") << "正常" << false << false << 0 << 2;
+    QTest::newRow("stopped") << "正常" << false << true << 7 << 130;
+    QTest::newRow("stopped, then an error") << "正常" << true << true << 0 << 130;
 }
 
 void TestCaptureReport::exitStatus_followsTheVerdict()
@@ -304,8 +307,11 @@ void TestCaptureReport::exitStatus_followsTheVerdict()
     QFETCH(QString, verdict);
     QFETCH(bool, hasError);
     QFETCH(bool, isInterrupted);
+    QFETCH(int, messages);
     CaptureReport report;
     report.verdict = verdict;
+    if (messages > 0)
+        report.messageTypes = {{QStringLiteral("SYNC"), messages}};
     report.isInterrupted = isInterrupted;
     if (hasError)
         report.errors.append(QStringLiteral("Analysis error: x"));

@@ -49,7 +49,7 @@ private slots:
     void severalFiles_worstStatusCounts_data();
     void severalFiles_worstStatusCounts();
     void sameFileTwice_givesTheSameReport();
-    void noMessages_isHealthyWithAWarning();
+    void noMessages_isNotJudged();
     void errors_areToldWithTheirReason_data();
     void errors_areToldWithTheirReason();
     void fileName_inChinese_data();
@@ -283,13 +283,15 @@ void TestAnalyze::sameFileTwice_givesTheSameReport()
     QVERIFY(parts[2].startsWith(parts[1]));
 }
 
-void TestAnalyze::noMessages_isHealthyWithAWarning()
+void TestAnalyze::noMessages_isNotJudged()
 {
     const QString path = inFolder("empty.pcap");
     write(path, contentOf(kHealthy).left(kPcapHeaderSize));
     const ProgramRun run = runSwitchpanel({"analyze", path});
-    QCOMPARE(run.exitStatus, 0);
-    QVERIFY(run.printed("Verdict: normal"));
+    QCOMPARE(run.exitStatus, 2);
+    QVERIFY(run.printed("Verdict: not judged"));
+    QCOMPARE(runSwitchpanel({"analyze", "--quiet", path}).output, path + ": not judged\n");
+    QCOMPARE(runSwitchpanel({"analyze", "--quiet", path, kHealthy}).exitStatus, 2);
     QVERIFY(run.printed("There is no PTP message in this capture: nothing was judged."));
     QCOMPARE(run.errors, QStringLiteral("switchpanel: %1: no PTP message in it: nothing was judged\n").arg(path));
 }

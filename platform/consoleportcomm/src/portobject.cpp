@@ -74,8 +74,10 @@ void PortObject::openPort(const QString &port, int baudRate, unsigned closings, 
         closePort();
         return;
     }
-    if (!reply->finish(true))
+    if (!reply->finish(true)) {
+        _status->setError({PortError::Kind::OpenTimedOut, port, QString()});
         closePort();
+    }
 }
 
 void PortObject::adopt(std::unique_ptr<QIODevice> device)
