@@ -46,5 +46,5 @@ struct PacketAnalysisViewModel::Private
 
     AnalysisRun run;
     AnalysisInput input; // of the latest start
-    int resets = 0; // a handler that clears or starts anew makes the rest of what a signal says obsolete
+    int resets = 0;      // a handler that clears or starts anew makes the rest of what a signal says obsolete
 };

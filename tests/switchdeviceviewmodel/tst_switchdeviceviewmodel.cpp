@@ -328,7 +328,8 @@ void TestSwitchDeviceViewModel::construction_announcesTheLanguageToTheSession()
     QStringList codes;
     const QObject receiver; // the session lives on another thread: its signal arrives here queued
     // What earlier view models announced may still be on its way to that thread.
-    QMetaObject::invokeMethod(ovra::bll::SwitchDevice::getInstance(), [] {}, Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(
+        ovra::bll::SwitchDevice::getInstance(), [] {}, Qt::BlockingQueuedConnection);
     connect(ovra::bll::SwitchDevice::getInstance(), &ovra::bll::SwitchDevice::signal_loadLanguage, &receiver,
             [&codes](const QString &code) { codes.append(code); });
     const SwitchDeviceViewModel viewModel;
