@@ -190,6 +190,7 @@ void PacketAnalysisWorker::processPcapPackets()
     if (isAbandoned())
         return;
     emit progress(packets, packets);
+    tally.checkLimits(_analyzer->sessionCount()); // those of the packets behind the last report
 
     analysis::CaptureTexts texts(clock);
     QVariantMap statistics = tally.statistics(store, texts);
