@@ -15,7 +15,7 @@ void TestPluginExports::library_exportsTheTwoEntryPointsOnly()
     QProcess nm;
     nm.start(QStringLiteral(SWITCHPANEL_NM), {QStringLiteral("--dynamic"), QStringLiteral("--defined-only"),
                                               QStringLiteral("--format=posix"), QStringLiteral(SWITCHPANEL_PLUGIN)});
-    QVERIFY(nm.waitForFinished());
+    QVERIFY(nm.waitForFinished(60'000));
     QCOMPARE(nm.exitCode(), 0);
     QStringList symbols;
     const QStringList lines =

@@ -35,7 +35,7 @@ void TestQmlTypes::checkedInDescription_isThatOfThePlugin()
                {QStringLiteral("-noinstantiate"), QStringLiteral("-nonrelocatable"),
                 QStringLiteral("OVRAQuick.SwitchDevicePanel.ViewModel"), QStringLiteral("1.0"),
                 QStringLiteral(SWITCHPANEL_QML_DIR)});
-    QVERIFY2(dump.waitForFinished(), qUtf8Printable(dump.errorString()));
+    QVERIFY2(dump.waitForFinished(60'000), qUtf8Printable(dump.errorString()));
     QVERIFY2(dump.exitCode() == 0, dump.readAllStandardError().constData());
     QFile checkedIn(QStringLiteral(SWITCHPANEL_QMLTYPES));
     QVERIFY(checkedIn.open(QIODevice::ReadOnly));

@@ -186,7 +186,7 @@ QString languageUnder(const QString &locale)
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QCoreApplication::applicationFilePath(), {QLatin1String(kPrintLanguage)});
-    process.waitForFinished();
+    process.waitForFinished(60'000);
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 

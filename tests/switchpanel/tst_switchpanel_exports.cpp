@@ -105,10 +105,13 @@ void TestExports::csv_readsBackAsTheFindings()
     QCOMPARE(rows.takeLast(), QString());
 
     QStringList expected;
-    for (const QJsonValue &value :
-         documentIn(document)["statistics"].toObject()["healthCheck"].toObject()["abnormalPackets"].toArray())
-    {
-        const QJsonObject finding = value.toObject();
+    const QVariantList findings = documentIn(document)["statistics"]
+                                      .toObject()["healthCheck"]
+                                      .toObject()["abnormalPackets"]
+                                      .toArray()
+                                      .toVariantList();
+    for (const QVariant &value : findings) {
+        const QJsonObject finding = value.toJsonObject();
         expected.append(QStringList{finding["timestamp"].toString(), finding["messageType"].toString(),
                                     finding["sourceIp"].toString(), finding["abnormalType"].toString()}
                             .join(','));

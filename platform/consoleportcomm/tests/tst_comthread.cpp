@@ -79,9 +79,11 @@ void TestComThread::start_afterTheEnd_startsAgain()
 
 void TestComThread::count_fromManyThreads()
 {
+    constexpr int kUsers = 4;
     std::vector<std::thread> users;
+    users.reserve(kUsers);
     std::atomic<int> refused{0};
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < kUsers; ++i) {
         users.emplace_back([&refused] {
             for (int k = 0; k < 25; ++k) {
                 ConsoleportComm::startComThread();
