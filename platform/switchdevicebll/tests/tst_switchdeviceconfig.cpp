@@ -331,6 +331,7 @@ void addHuaweiConfiguration(Rows &rows)
         interface Eth-Trunk 0
         mode lacp
         trunkport GigabitEthernet 0/0/7
+        undo port trunk allow-pass vlan 2 to 4094
         port link-type access
         return)");
     rows.add("getLinkGigabitSingleCommands", s({"link-down=7..7"}), R"(
@@ -346,6 +347,7 @@ void addHuaweiConfiguration(Rows &rows)
         system-view
         interface Eth-Trunk 1
         mode lacp
+        undo port trunk allow-pass vlan 2 to 4094
         port link-type access
         interface GigabitEthernet 0/0/2
         eth-trunk 1
@@ -363,6 +365,7 @@ void addHuaweiConfiguration(Rows &rows)
         interface Eth-Trunk 1
         mode lacp
         trunkport XGigabitEthernet 0/0/3
+        undo port trunk allow-pass vlan 2 to 4094
         port link-type access
         return)");
     rows.add("getLink10GSingleCommands", s({"link-up=2..2"}), R"(
@@ -378,6 +381,7 @@ void addHuaweiConfiguration(Rows &rows)
         system-view
         interface Eth-Trunk 1
         mode lacp
+        undo port trunk allow-pass vlan 2 to 4094
         port link-type access
         interface XGigabitEthernet 0/0/3
         eth-trunk 1
@@ -462,7 +466,7 @@ void addHuaweiQueries(Rows &rows)
         display arp ip-conflict track
         space)");
     rows.add("getMulticastForwardingTableCommands", {},
-             "screen-length 0 temporary\n display l2-multicast forwarding-table vlan\n space");
+             "screen-length 0 temporary\n display l2-multicast forwarding-table vlan 20\n space");
     rows.add("getSaveCommands", {}, "save");
     rows.add("getClearLinkAggregationCommands", {}, "reset saved-configuration\n reboot");
     rows.add("getExportCommands", {}, "screen-length 0 temporary\n space\n display current-configuration\n space");
@@ -578,6 +582,7 @@ QSet<QString> addSub()
         interface Eth-Trunk 1
         mode lacp
         trunkport GE 0/0/2
+        undo port trunk allow-pass vlan 2 to 4094
         port link-type access
         return)");
     rows.add("getLinkGigabitSingleCommands", s({"link-down=7..7"}), R"(
@@ -601,6 +606,7 @@ QSet<QString> addSub()
         system-view
         interface Eth-Trunk 1
         mode lacp
+        undo port trunk allow-pass vlan 2 to 4094
         port link-type access
         interface 10GE 0/0/2
         eth-trunk 1
@@ -665,6 +671,7 @@ QSet<QString> addSub()
         system-view
         interface Eth-Trunk 1
         mode lacp
+        undo port trunk allow-pass vlan 2 to 4094
         port link-type access
         interface GE 0/0/1
         eth-trunk 1
@@ -674,6 +681,7 @@ QSet<QString> addSub()
         interface Eth-Trunk 1
         mode lacp
         trunkport 10GE 0/0/3
+        undo port trunk allow-pass vlan 2 to 4094
         port link-type access
         return)");
     rows.add("getLink10GSingleCommands", s({"up-type=40GE"}), R"(
@@ -989,6 +997,8 @@ void TestSwitchDeviceConfig::getter_beforeTheFirstSetting_namesTheValue()
     QCOMPARE(config().getDownVlanCommands(), QStringList());
     expectWarning(QStringLiteral("^getMirrorCommands: the mirroring status \"\" is none of enable, disable"));
     QCOMPARE(config().getMirrorCommands(), QStringList());
+    QCOMPARE(config().getMulticastForwardingTableCommands().value(1),
+             QStringLiteral("display l2-multicast forwarding-table vlan 1"));
     // The slot is asked for before anybody has told it.
     QCOMPARE(config().getInterfaceSpeedCommands().value(1), QStringLiteral("display device slot 0"));
 }
