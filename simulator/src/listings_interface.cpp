@@ -15,15 +15,15 @@ bool isSub(const ConsoleSession &session)
     return session.options().family == Family::HuaweiSub;
 }
 
-// Column widths: of the name, of the physical state, of the protocol's state.
+// Column widths: of the name, of the physical state.
 struct Widths
 {
-    int name, physical, protocol;
+    int name, physical;
 };
 
 Widths widths(const ConsoleSession &session)
 {
-    return isSub(session) ? Widths{27, 9, 6} : Widths{28, 6, 5};
+    return isSub(session) ? Widths{27, 9} : Widths{28, 6};
 }
 
 QByteArrayList legend(const ConsoleSession &session)
@@ -55,8 +55,8 @@ QByteArray trafficLine(const ConsoleSession &session, const QByteArray &name, co
     const Widths width = widths(session);
     const bool up = physical == "up";
     const QByteArray use = up && !name.startsWith("NULL") ? QByteArrayLiteral("0.01%") : QByteArrayLiteral("0%");
-    return left(name, width.name) + left(physical, width.physical) + left(protocol, width.protocol) + right(use, 8)
-           + right(use, 7) + right("0", 11) + right("0", 11);
+    return left(name, width.name) + left(physical, width.physical) + left(protocol, 7) + right(use, 8) + right(use, 7)
+           + right("0", 11) + right("0", 11);
 }
 
 QByteArray portName(const ConsoleSession &session, std::size_t port)
@@ -126,8 +126,8 @@ void showInterfaceBrief(ConsoleSession &session, const Arguments &)
     lines << (isSub(session) ? "InUti/OutUti: input utility rate/output utility rate"
                              : "InUti/OutUti: input utility/output utility");
     const Widths width = widths(session);
-    lines << left("Interface", width.name) + left("PHY", width.physical) + left("Protocol", width.protocol + 3)
-                 + "  InUti OutUti   inErrors  outErrors";
+    lines << left("Interface", width.name) + left("PHY", width.physical)
+                 + "Protocol  InUti OutUti   inErrors  outErrors";
     for (const Row &row : rowsByName(session))
         lines << row.lines;
     session.show(lines);

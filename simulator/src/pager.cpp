@@ -35,7 +35,7 @@ QByteArray Pager::show(int lines)
         const int lineEnd = _listing.indexOf('\n', end);
         end = lineEnd < 0 ? _listing.size() : lineEnd + 1;
     }
-    const QByteArray part = _listing.mid(_position, end - _position);
+    QByteArray part = _listing.mid(_position, end - _position);
     _position = end;
     if (isWaiting())
         return part + marker();

@@ -45,7 +45,7 @@ public:
 
 private:
     int _master = -1;
-    int _wakeUp[2] = {-1, -1}; // a pipe: read end, write end
+    [[maybe_unused]] int _wakeUp[2] = {-1, -1}; // a pipe: read end, write end
     QString _path;
     QString _error;
 };

@@ -117,7 +117,7 @@ QString SimulatedSwitch::start()
     _d->publish();
     if (!_d->terminal.isOpen())
         return {};
-    const QString made = _d->path;
+    QString made = _d->path;
     _d->stopping = false;
     _d->device.setListener([d = _d.get()] { d->terminal.wake(); });
     _d->thread = std::thread([d = _d.get()] { d->run(); });

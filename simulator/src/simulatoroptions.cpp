@@ -94,29 +94,30 @@ const Words<FaultKind> &faultKinds()
     return kKinds;
 }
 
-bool setFaultValue(const QString &key, const QString &value, Fault *fault)
+bool setFaultText(const QString &key, const QString &value, Fault *fault)
+{
+    const Words<QByteArray Fault::*> kTexts{{"command", &Fault::command}, {"text", &Fault::text}};
+    QByteArray Fault::*member = nullptr;
+    if (!choose(kTexts, key, &member))
+        return false;
+    fault->*member = value.toUtf8();
+    return true;
+}
+
+bool setFaultNumber(const QString &key, const QString &value, Fault *fault)
 {
     constexpr int kMost = 1 << 24;
-    int number = 0;
-    if (key == QLatin1String("command"))
-        fault->command = value.toUtf8();
-    else if (key == QLatin1String("text"))
-        fault->text = value.toUtf8();
-    else if (key == QLatin1String("time"))
+    const Words<int Fault::*> kNumbers{
+        {"line", &Fault::line}, {"after", &Fault::after}, {"amount", &Fault::amount}, {"times", &Fault::times}};
+    int Fault::*member = nullptr;
+    return choose(kNumbers, key, &member) && readNumber(value, 0, kMost, &(fault->*member));
+}
+
+bool setFaultValue(const QString &key, const QString &value, Fault *fault)
+{
+    if (key == QLatin1String("time"))
         return readTime(value, &fault->time);
-    else if (!readNumber(value, 0, kMost, &number))
-        return false;
-    else if (key == QLatin1String("line"))
-        fault->line = number;
-    else if (key == QLatin1String("after"))
-        fault->after = number;
-    else if (key == QLatin1String("amount"))
-        fault->amount = number;
-    else if (key == QLatin1String("times"))
-        fault->times = number;
-    else
-        return false;
-    return true;
+    return setFaultText(key, value, fault) || setFaultNumber(key, value, fault);
 }
 
 // `kind:key=value,key=value`; the value of `text` reaches to the end.

@@ -184,10 +184,10 @@ void TestSimulatorListings::brief_rowForByte_data()
     QTest::addColumn<QByteArray>("row");
     QTest::newRow("huawei") << ""
                             << QByteArray(
-                                   "GigabitEthernet0/0/2        down  down       0%     0%          0          0");
+                                   "GigabitEthernet0/0/2        down  down         0%     0%          0          0");
     QTest::newRow("sub") << "--family huawei-sub"
                          << QByteArray(
-                                "GE0/0/2                    down     down        0%     0%          0          0");
+                                "GE0/0/2                    down     down         0%     0%          0          0");
     QTest::newRow("hua3") << "--family hua3" << QByteArray("GE1/0/2              DOWN auto    A      A    1    ");
 }
 

@@ -136,7 +136,7 @@ void TestSimulatorOptions::faults()
     const std::vector<Fault> &faults = parsed.options.faults;
     QCOMPARE(faults.size(), std::size_t(4));
     QVERIFY(faults[0].kind == FaultKind::Cut);
-    QCOMPARE(faults[0].after, qint64(1200));
+    QCOMPARE(faults[0].after, 1200);
     QVERIFY(faults[1].kind == FaultKind::Hang);
     QCOMPARE(faults[1].command, QByteArray("display vlan"));
     QVERIFY(faults[1].time == std::chrono::seconds(3));

@@ -282,8 +282,8 @@ void TestSimulatorTerminal::manySwitches_atOnce()
         devices.push_back(std::make_unique<SimulatedSwitch>(named));
         clients.push_back(std::make_unique<Client>(devices.back()->start()));
     }
-    for (std::size_t i = 0; i < clients.size(); ++i)
-        clients[i]->type("\r\n");
+    for (const auto &client : clients)
+        client->type("\r\n");
     for (std::size_t i = 0; i < clients.size(); ++i) {
         const QByteArray prompt = "<sw" + QByteArray::number(static_cast<int>(i)) + '>';
         QCOMPARE(clients[i]->readUntil(prompt), "\r\n" + prompt);

@@ -526,7 +526,7 @@ void TestDeviceDescriptions::answerTo_question_data()
     };
     const QStringList huawei{kHuawei, kSub};
     const QStringList hua3{kHua3};
-    add("initial password", huawei, "",
+    add("initial password", kFiles, "",
         "\r\nWarning: The initial password poses security risks.\r\nThe password needs to be changed. Change now? "
         "[Y/N]:",
         "N");
@@ -535,6 +535,10 @@ void TestDeviceDescriptions::answerTo_question_data()
         "The current configuration will be written to flash:/vrpcfg.zip.\r\nAre you sure to continue?[Y/N]", "Y");
     add("save, other wording", huawei, "save",
         "Warning: The current configuration will be written to the device. Continue? [Y/N]:", "Y");
+    add("risks in the configuration", kFiles, "",
+        "Warning: There are security risks in the configuration\r\n file. Continue? [Y/N]:", "N");
+    add("save asks for a name", huawei, "save",
+        "Enter a name (to leave the existing name unchanged,\r\n press the enter key):", "");
     add("save to a file", huawei, "save a.cfg", "flash:/a.cfg exists, overwrite?[Y/N]", "Y");
     add("save", hua3, "save", "The current configuration will be written to the device. Are you sure? [Y/N]:", "Y");
     add("save, file name", hua3, "save",
@@ -555,6 +559,7 @@ void TestDeviceDescriptions::answerTo_question_data()
         "Info: If want to reboot with saving diagnostic information, input 'N' and then execute\r\n"
         "'reboot save diagnostic-information'.\r\nSystem will reboot! Continue?[Y/N]:",
         "Y");
+    add("reboot, other wording", huawei, "reboot", "This command will reboot the device. Continue? [Y/N]:", "Y");
     add("reboot, wrapped", huawei, "reboot fast", "System will\r\n reboot! Continue ? [y/n]:", "Y");
     add("reboot would save", hua3, "reboot",
         "Start to check configuration with next startup configuration file, please wait.........DONE!\r\n"
@@ -651,6 +656,10 @@ void TestDeviceDescriptions::refusalIn_reply_data()
     add(kHuawei, "x", "Err", "");
     add(kHuawei, "undo port default vlan", "Error: The link type of the interface is not access.\r\n[NAME]", "");
     add(kHuawei, "undo port trunk allow-pass vlan 2 to 4094", "Error: Not a trunk.\r\n[NAME]", "");
+    add(kSub, "undo port default vlan", "Error: The link type of the interface is not access.\r\n[NAME]", "");
+    add(kSub, "undo port trunk allow-pass vlan 2 to 4094", "Error: Not a trunk.\r\n[NAME]", "");
+    add(kSub, "x", "Error: Wrong parameter found.\r\n[NAME]", "Error: Wrong parameter found.");
+    add(kSub, "x", "Error[2]: Wrong parameter found.\r\n[NAME]", "Error[2]: Wrong parameter found.");
     add(kHuawei, "port default vlan 20", "Error: Not an access port.\r\n[NAME]", "Error: Not an access port.");
     add(kHua3, "x", "  ^\r\n % Unrecognized command found at '^' position.\r\n<NAME>",
         "% Unrecognized command found at '^' position.");
@@ -676,10 +685,18 @@ void TestDeviceDescriptions::session_texts_fitRecordedLines_data()
         QTest::addRow("%s %s %s", qPrintable(file), kind, line)
             << file << QString::fromLatin1(kind) << QByteArray(line);
     };
-    add(kHuawei, "failure", "Authentication fail");
-    add(kHuawei, "failure", "Error: Username or password error.");
-    add(kSub, "failure", "Error: The password is invalid.");
+    for (const QString &file : {kHuawei, kSub}) {
+        add(file, "failure", "Authentication fail");
+        add(file, "failure", "Error: Username or password error.");
+        add(file, "failure", "Error: The password is invalid.");
+        add(file, "failure", "Invalid password");
+    }
     add(kHua3, "failure", "AAA authentication failed.");
+    add(kHua3, "failure", "% Authentication failed.");
+    add(kHua3, "failure", "Authentication fail");
+    add(kHua3, "failure", "Login failed!");
+    add(kHua3, "failure", "Login incorrect");
+    add(kHua3, "failure", "Invalid password");
     add(kHuawei, "press-enter", "Please Press ENTER.");
     add(kHua3, "press-enter", "Press ENTER to get started.");
     add(kHua3, "interrupt", "Automatic configuration is running, press CTRL_C or CTRL_D to break.");
@@ -726,6 +743,11 @@ void TestDeviceDescriptions::rule_reply_data()
     keep("no sub-interfaces", {kHuawei}, brief,
          "Interface PHY\r\nGigabitEthernet15/1/0(10G) up\r\nGigabitEthernet0/0/1 up "
          "0.01%\r\nVlanif1.5\r\nGigabitEthernet0/0/ up\r\n<GigabitEthernet0/0/1.20>");
+    add("sub-interfaces of faster ports", huawei, brief,
+        "10GE0/0/1.1 up\r\n25GE0/0/1.1 up\r\n40GE0/0/1.1 up\r\n100GE0/0/1.1 up\r\nGE0/0/1 up\r\n<NAME>",
+        "GE0/0/1 up\r\n<NAME>");
+    add("25-gigabit ports first", {kHuawei}, brief, "25GE0/0/1 up\r\nGigabitEthernet0/0/1 up\r\n<NAME>",
+        "GigabitEthernet0/0/1 up\r\n25GE0/0/1 up\r\n<NAME>");
     add("faster ports first", {kHuawei}, brief,
         "Interface PHY\r\n40GE0/0/1 up\r\n 40GE0/0/2 down\r\n10GE0/0/1 up\r\n100GE0/0/1 up\r\nGigabitEthernet0/0/1 "
         "up\r\nXGigabitEthernet0/0/1 up\r\n<NAME>",
@@ -746,6 +768,11 @@ void TestDeviceDescriptions::rule_reply_data()
     add("snooping, short names", {kSub}, "display igmp snooping configuration",
         "IGMP Snooping Configuration for VLAN 20\r\n igmp snooping enable\r\n[NAME]",
         "igmp-snooping configuration for VLAN 20\r\n igmp snooping enable\r\n[NAME]");
+    add("snooping, other capitals", {kSub}, "display igmp snooping configuration",
+        "IGMP snooping configuration of VLAN 20\r\n<NAME>", "igmp-snooping configuration of VLAN 20\r\n<NAME>");
+    add("no snooping, short names", {kSub}, "display igmp snooping configuration",
+        "Info: There is no igmp snooping configuration.\r\n<NAME>",
+        "Info: There is no igmp-snooping configuration.\r\n<NAME>");
     add("snooping off, short names", {kSub}, "display igmp snooping configuration",
         "Error: Please enable IGMP snooping in the global view first.\r\n<NAME>",
         "Error: Please enable IGMP snooping in the global view first (igmp-snooping configuration).\r\n<NAME>");
@@ -760,6 +787,11 @@ void TestDeviceDescriptions::rule_reply_data()
         "GE1/0/1 UP\r\n<NAME>");
     keep("nothing to correct", hua3, brief,
          "Interface Link Speed\r\nGE1/0/1 UP 1G(a) a M-GE0/0/0 FGE\r\nXGE1/0/25 UP\r\nBAGG1 UP\r\n<FGE>");
+    add("sub-interfaces of faster ports", hua3, brief, "WGE1/0/49.1 UP\r\nHGE1/0/50.1 UP\r\nGE1/0/1 UP\r\n<NAME>",
+        "GE1/0/1 UP\r\n<NAME>");
+    add("transceivers of faster ports", hua3, "display transceiver interface",
+        "Twenty-FiveGigE1/0/49 transceiver information:\r\nHundredGigE1/0/50 transceiver information:\r\n<NAME>",
+        "WGE1/0/49 transceiver information:\r\nHGE1/0/50 transceiver information:\r\n<NAME>");
     add("transceivers", hua3, "display transceiver interface",
         "GigabitEthernet1/0/24 transceiver information:\r\n  Transceiver Type : 1\r\nTen-GigabitEthernet1/0/25 "
         "transceiver information:\r\nError: The transceiver is absent.\r\nFortyGigE1/0/49 transceiver "
@@ -823,6 +855,8 @@ void TestDeviceDescriptions::rule_loginDialogue_data()
     add("failure names the login", hua3, "\r\nLogin failed!\r\n\r\nlogin: ", "\r\nauthentication failed!\r\n");
     add("failure, as expected", hua3,
         "\r\nAAA authentication failed\r\nUsername:", "\r\nAAA authentication failed\r\n");
+    add("login incorrect", hua3, "\r\nLogin incorrect\r\nlogin: ", "\r\nauthentication failed\r\n");
+    add("invalid password", kFiles, "\r\nInvalid password\r\n\r\nPassword:", "\r\nInvalid password\r\n");
     add("failure, line not complete", huawei, "\r\nAuthentication fail", "\r\nAuthentication fail");
     add("success", huawei, "\r\nInfo: The max number of VTY users is 8.\r\n<NAME>",
         "\r\nInfo: The max number of VTY users is 8.\r\n<NAME>");

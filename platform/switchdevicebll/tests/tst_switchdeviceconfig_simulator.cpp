@@ -206,8 +206,9 @@ DeviceValues valuesOfRow(const QString &file, int choices)
 // What a list needs before it: a group to show, snooping to switch off, a mirror to remove.
 void prepare(Operator &person, const QString &file, const QString &getter, int choices)
 {
-    const bool isOn = (choices & 1) != 0;
-    if (isOn && !getter.contains(QLatin1String("Query")) && getter != QLatin1String("getQuerierCommands"))
+    const bool isOff = (choices & 1) == 0;
+    const bool isQuery = getter.contains(QLatin1String("Query")) || getter.contains(QLatin1String("Table"));
+    if (!isOff && !isQuery && getter != QLatin1String("getQuerierCommands"))
         return;
     for (const char *block : {"getMulticastCommands", "getLinkDownCommands", "getMirrorCommands"})
         person.work(QString::fromLatin1(block), valuesFor(file, true, true, true));
@@ -385,8 +386,9 @@ void TestSwitchDeviceConfigSimulator::blocks_applied_changeTheSwitch_data()
     add(kHua3, {mirror + "1", mirror + "0"}, "interface GigabitEthernet1/0/10", "");
     add(kHua3, {negotiation + "0"}, "interface GigabitEthernet1/0/5", "speed 1000|duplex full");
     add(kHua3, {negotiation + "0", negotiation + "1"}, "interface GigabitEthernet1/0/5", "");
-    add(kHua3, {power + "1"}, "interface GigabitEthernet1/0/7", "poe enable");
-    add(kHua3, {power + "5", power + "4"}, "interface GigabitEthernet1/0/24", "");
+    add(kHua3, {power + "0"}, "interface GigabitEthernet1/0/7", "undo poe enable");
+    add(kHua3, {power + "4", power + "1"}, "interface GigabitEthernet1/0/7", "");
+    add(kHua3, {power + "4", power + "1"}, "interface GigabitEthernet1/0/8", "undo poe enable");
     add(kHua3, {ports + "0"}, "interface GigabitEthernet1/0/11", "shutdown");
 }
 

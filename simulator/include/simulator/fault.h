@@ -36,7 +36,7 @@ struct Fault
     QByteArray command;
     int line = 0;
     /// Bytes of output between what sets the fault off and its effect.
-    qint64 after = 0;
+    int after = 0;
     int amount = 0;
     Duration time{0};
     QByteArray text;
