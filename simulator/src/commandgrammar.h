@@ -7,6 +7,8 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QByteArrayList>
 
+#include <cstddef>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -44,13 +46,16 @@ enum View : unsigned {
 
 constexpr unsigned kInterfaceViews = kPortView | kTrunkView | kVlanInterfaceView | kManagementView;
 constexpr unsigned kBridgedViews = kPortView | kTrunkView;
+constexpr unsigned kNoUserView = kAnyView & ~static_cast<unsigned>(kUserView);
+
+/// Levels of users. Each may do what those below it may.
+enum UserLevel : int { kVisit, kMonitor, kConfigure, kManage };
 
 /// A command: where it can be typed, by whom, how it is written, what it does.
 ///
 /// Pattern: words separated by blanks. `a|b` is a choice, `[…]` may be left out (with all that is in it), and the
 /// placeholders are <1-64> (a number), <word>, <rest> (the rest of the line), <interface>, <ports> (ports and ranges `A
-/// to B`), <vlans>
-/// (`2 5 to 9`).
+/// to B`), <vlans> (`2 5 to 9`).
 struct CommandRow
 {
     unsigned views;
@@ -58,6 +63,12 @@ struct CommandRow
     const char *pattern;
     void (*run)(ConsoleSession &, const Arguments &);
 };
+
+template<std::size_t size>
+void append(std::vector<CommandRow> &rows, const CommandRow (&more)[size])
+{
+    rows.insert(rows.end(), std::begin(more), std::end(more));
+}
 
 struct CommandMatch
 {

@@ -172,12 +172,6 @@ const CommandRow kPowerCommands[] = {
     {kAnyView, kMonitor, "display poe interface", showHua3Power},
 };
 
-template<std::size_t size>
-void append(std::vector<CommandRow> &rows, const CommandRow (&more)[size])
-{
-    rows.insert(rows.end(), std::begin(more), std::end(more));
-}
-
 } // namespace
 
 std::vector<CommandRow> hua3Commands(bool poe)

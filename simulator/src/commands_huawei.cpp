@@ -6,13 +6,6 @@ namespace simulator {
 
 namespace {
 
-constexpr int kVisit = 0;
-constexpr int kMonitor = 1;
-constexpr int kConfigure = 2;
-constexpr int kManage = 3;
-
-constexpr unsigned kNoUserView = kAnyView & ~static_cast<unsigned>(kUserView);
-
 using namespace commands;
 
 // Views below the system view come first: what they know hides the system view's command of the same name.
@@ -206,12 +199,6 @@ const CommandRow kTwoStageCommands[] = {
     {kNoUserView, kConfigure, "display configuration candidate", showCandidate},
     {kUserView, kConfigure, "system-view immediately", systemViewImmediately},
 };
-
-template<std::size_t size>
-void append(std::vector<CommandRow> &rows, const CommandRow (&more)[size])
-{
-    rows.insert(rows.end(), std::begin(more), std::end(more));
-}
 
 } // namespace
 

@@ -22,6 +22,19 @@ bool isUsed(const SwitchConfiguration &configuration, int group)
     return false;
 }
 
+// The port that is to take part in a group; nothing, and an error on the console, when either does not exist.
+std::optional<std::size_t> portForGroup(ConsoleSession &session, const Arguments &arguments)
+{
+    if (session.configuration().mirrorGroups.count(arguments.numbers.front()) == 0) {
+        session.fail(session.dialect().refusals.noMirrorGroup);
+        return std::nullopt;
+    }
+    const auto port = session.names().portIndex(arguments.interfaces.front());
+    if (!port)
+        session.fail(session.dialect().errors.wrong);
+    return port;
+}
+
 } // namespace
 
 namespace commands {
@@ -69,11 +82,9 @@ void createMirrorGroup(ConsoleSession &session, const Arguments &arguments)
 void mirrorGroupSources(ConsoleSession &session, const Arguments &arguments)
 {
     const int group = arguments.numbers.front();
-    if (session.configuration().mirrorGroups.count(group) == 0)
-        return session.fail(session.dialect().refusals.noMirrorGroup);
-    const auto port = session.names().portIndex(arguments.interfaces.front());
+    const auto port = portForGroup(session, arguments);
     if (!port)
-        return session.fail(session.dialect().errors.wrong);
+        return;
     if (arguments.undo)
         session.change().ports[*port].mirrors.erase(group);
     else
@@ -82,13 +93,8 @@ void mirrorGroupSources(ConsoleSession &session, const Arguments &arguments)
 
 void mirrorGroupMonitor(ConsoleSession &session, const Arguments &arguments)
 {
-    const int group = arguments.numbers.front();
-    if (session.configuration().mirrorGroups.count(group) == 0)
-        return session.fail(session.dialect().refusals.noMirrorGroup);
-    const auto port = session.names().portIndex(arguments.interfaces.front());
-    if (!port)
-        return session.fail(session.dialect().errors.wrong);
-    session.change().mirrorGroups[group].monitor = arguments.undo ? std::nullopt : port;
+    if (const auto port = portForGroup(session, arguments))
+        session.change().mirrorGroups[arguments.numbers.front()].monitor = arguments.undo ? std::nullopt : port;
 }
 
 void mirrorMonitorHere(ConsoleSession &session, const Arguments &arguments)

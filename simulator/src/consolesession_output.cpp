@@ -107,7 +107,7 @@ QByteArray ConsoleSession::logLine(LogKind kind, const QByteArray &port)
     const QByteArray time = QLocale::c().toString(clock(), texts.timeFormat).toLatin1();
     const QByteArray text = kind == LogKind::Chatter ? texts.chatter.at(_logNumber % texts.chatter.size())
                                                      : texts.head + texts.events.at(static_cast<std::size_t>(kind));
-    const QByteArray line =
+    QByteArray line =
         fill(text, {{"time", time}, {"name", _state.running.name}, {"n", number(_logNumber++)}, {"port", port}});
     _logBuffer << line;
     if (_logBuffer.size() > kLogBuffer)

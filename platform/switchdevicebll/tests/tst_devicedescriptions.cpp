@@ -537,6 +537,8 @@ void TestDeviceDescriptions::answerTo_question_data()
         "Warning: The current configuration will be written to the device. Continue? [Y/N]:", "Y");
     add("risks in the configuration", kFiles, "",
         "Warning: There are security risks in the configuration\r\n file. Continue? [Y/N]:", "N");
+    add("save, risks in the configuration", kFiles, "save",
+        "Warning: There are security risks in the configuration file. Continue? [Y/N]:", "Y");
     add("save asks for a name", huawei, "save",
         "Enter a name (to leave the existing name unchanged,\r\n press the enter key):", "");
     add("save to a file", huawei, "save a.cfg", "flash:/a.cfg exists, overwrite?[Y/N]", "Y");
@@ -836,7 +838,10 @@ void TestDeviceDescriptions::rule_loginDialogue_data()
     };
     const QStringList huawei{kHuawei, kSub};
     const QStringList hua3{kHua3};
-    add("prompt", kFiles, "\r\nLogin authentication\r\n\r\nUsername:", "\r\nLogin authentication\r\n\r\nUsername:");
+    add("prompt", huawei, "\r\nLogin authentication\r\n\r\nUsername:", "\r\nLogin authentication\r\n\r\nUsername:");
+    add("heading", hua3, "\r\nLogin authentication\r\n\r\nPassword:", "\r\n\r\nPassword:");
+    add("heading, user name", hua3, "\r\nLogin authentication\r\n\r\nUsername:", "\r\n\r\nUsername:");
+    add("heading within a line", hua3, "\r\nNo Login authentication\r\n", "\r\nNo Login authentication\r\n");
     add("lower case", kFiles, "\r\nusername:", "\r\nUsername:");
     add("lower-case password", kFiles, "admin\r\npassword: ", "admin\r\nPassword: ");
     add("login", hua3, "\r\nlogin: ", "\r\nLogin: ");

@@ -28,24 +28,56 @@ std::shared_ptr<const DeviceDescription> shipped(const QString &name)
     return read.description;
 }
 
-// The switch that a description is for: 24 gigabit ports with PoE, 4 ten-gigabit ports; at the user view.
-SimulatorOptions switchFor(const QString &file)
+// The choices that blocks make, and the kind of switch.
+enum Choice { kOn = 1, kTrunk = 2, kRange = 4, kAggregation = 8 };
+constexpr int kAllOn = kOn | kTrunk | kRange;
+
+// The switch that a description is for: 24 gigabit ports with PoE, 4 ten-gigabit ports; at the user view. An
+// aggregation switch has 24 ten-gigabit and 4 forty-gigabit ports in their place.
+SimulatorOptions switchFor(const QString &file, int choices = 0)
 {
     SimulatorOptions options;
     options.family = file == kHua3 ? Family::Hua3 : file == kSub ? Family::HuaweiSub : Family::Huawei;
+    if ((choices & kAggregation) != 0)
+        options.model = {0, 0, 24, 4, false, {}};
     options.model.poe = true;
+    options.negotiationOnFibre = (choices & kAggregation) != 0;
     options.start = simulator::Start::UserView;
     return options;
 }
 
-// What a panel would have set. `isOn`, `isTrunk`, `isRange` are the choices that blocks make.
-DeviceValues valuesFor(const QString &file, bool isOn, bool isTrunk, bool isRange)
+// The interface types that the panel hands over, down and up. On an aggregation switch it replaces each by the next
+// faster one.
+struct PanelTypes
 {
-    const bool isSub = file == kSub;
+    QStringList ports; // of ascending speed
+    QStringList linkPorts;
+};
+
+const PanelTypes &panelTypes(const QString &file)
+{
+    static const QStringList huawei{QStringLiteral("g"), QStringLiteral("xg"), QStringLiteral("40g")};
+    static const QStringList sub{QStringLiteral("GE"), QStringLiteral("10GE"), QStringLiteral("40GE")};
+    static const PanelTypes ofHuawei{huawei, huawei};
+    static const PanelTypes ofSub{sub, sub};
+    static const PanelTypes ofHua3{{QStringLiteral("g"), QStringLiteral("t"), QStringLiteral("40g")},
+                                   {QStringLiteral("GigabitEthernet"), QStringLiteral("Ten-GigabitEthernet"),
+                                    QStringLiteral("40-GigabitEthernet")}};
+    return file == kHua3 ? ofHua3 : file == kSub ? ofSub : ofHuawei;
+}
+
+// What a panel would have set for a list.
+DeviceValues valuesFor(const QString &file, int choices, const QString &getter = {})
+{
     const bool isHua3 = file == kHua3;
-    const QString down = isSub ? QStringLiteral("GE") : QStringLiteral("g");
-    const QString slot = isHua3 ? QStringLiteral("1") : QStringLiteral("0");
-    const QString status = isOn ? QStringLiteral("enable") : QStringLiteral("disable");
+    const bool isTrunk = (choices & kTrunk) != 0;
+    const bool isRange = (choices & kRange) != 0;
+    const int faster = (choices & kAggregation) != 0 ? 1 : 0;
+    const PanelTypes &types = panelTypes(file);
+    const QStringList &used = getter.contains(QLatin1String("Link")) ? types.linkPorts : types.ports;
+    const QString port =
+        types.ports.at(faster) + (isHua3 ? QLatin1Char('1') : QLatin1Char('0')) + QStringLiteral("/0/");
+    const QString status = (choices & kOn) != 0 ? QStringLiteral("enable") : QStringLiteral("disable");
     const int firstUp = isHua3 ? 25 : 1;
     DeviceValues values;
     values.vlan = 20;
@@ -56,9 +88,9 @@ DeviceValues valuesFor(const QString &file, bool isOn, bool isTrunk, bool isRang
          {&DeviceValues::multicastStatus, &DeviceValues::querierStatus, &DeviceValues::mirrorStatus,
           &DeviceValues::autoNegStatus, &DeviceValues::poeStatus, &DeviceValues::interfaceStatus})
         values.*one = status;
-    values.downType = down;
-    values.poeType = down;
-    values.upType = isSub ? QStringLiteral("10GE") : isHua3 ? QStringLiteral("t") : QStringLiteral("xg");
+    values.downType = used.at(faster);
+    values.upType = used.at(faster + 1);
+    values.poeType = types.ports.at(faster);
     values.downPorts = PortRange{1, isRange ? 8 : 1};
     values.upPorts = PortRange{firstUp, isRange ? firstUp + 3 : firstUp};
     values.linkDownPorts = PortRange{13, isRange ? 16 : 13};
@@ -66,10 +98,10 @@ DeviceValues valuesFor(const QString &file, bool isOn, bool isTrunk, bool isRang
     values.poePorts = PortRange{1, 24};
     values.link = 1;
     values.mirror = 1;
-    values.mirrorSource = down + slot + QStringLiteral("/0/2");
-    values.mirrorDestination = down + slot + QStringLiteral("/0/10");
-    values.autoNegPort = down + slot + QStringLiteral("/0/5");
-    values.poePort = isRange ? QStringLiteral("all") : down + slot + QStringLiteral("/0/7");
+    values.mirrorSource = port + QLatin1Char('2');
+    values.mirrorDestination = port + QStringLiteral("10");
+    values.autoNegPort = port + QLatin1Char('5');
+    values.poePort = isRange ? QStringLiteral("all") : port + QLatin1Char('7');
     return values;
 }
 
@@ -180,38 +212,55 @@ void addBlocks()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("getter");
-    QTest::addColumn<int>("choices"); // bits: on, trunk, range
+    QTest::addColumn<int>("choices");
+    QTest::addColumn<bool>("twoStage");
     for (const QString &file : kFiles) {
         for (const QString &getter : getterNames()) {
             QStringList seen;
             const auto description = shipped(file);
-            for (int choices = 7; choices >= 0; --choices) {
-                const DeviceValues values = valuesFor(file, (choices & 1) != 0, (choices & 2) != 0, (choices & 4) != 0);
+            for (int choices = kAllOn; choices >= 0; --choices) {
+                const DeviceValues values = valuesFor(file, choices, getter);
                 const QString commands =
                     expand(description->blocks.at(getter), *description, values, portsOf(values)).commands.join('\n');
                 if (seen.contains(commands))
                     continue;
                 seen << commands;
-                QTest::addRow("%s %s %d", qPrintable(file), qPrintable(getter), choices) << file << getter << choices;
+                QTest::addRow("%s %s %d", qPrintable(file), qPrintable(getter), choices)
+                    << file << getter << choices << false;
+                if (file == kSub)
+                    QTest::addRow("%s %s %d, two stages", qPrintable(file), qPrintable(getter), choices)
+                        << file << getter << choices << true;
             }
         }
     }
 }
 
-DeviceValues valuesOfRow(const QString &file, int choices)
-{
-    return valuesFor(file, (choices & 1) != 0, (choices & 2) != 0, (choices & 4) != 0);
-}
-
 // What a list needs before it: a group to show, snooping to switch off, a mirror to remove.
 void prepare(Operator &person, const QString &file, const QString &getter, int choices)
 {
-    const bool isOff = (choices & 1) == 0;
+    const bool isOff = (choices & kOn) == 0;
     const bool isQuery = getter.contains(QLatin1String("Query")) || getter.contains(QLatin1String("Table"));
     if (!isOff && !isQuery && getter != QLatin1String("getQuerierCommands"))
         return;
     for (const char *block : {"getMulticastCommands", "getLinkDownCommands", "getMirrorCommands"})
-        person.work(QString::fromLatin1(block), valuesFor(file, true, true, true));
+        person.work(QString::fromLatin1(block), valuesFor(file, kAllOn, QString::fromLatin1(block)));
+}
+
+// Works off "getter choices" one after the other.
+void apply(Operator &person, const QString &file, const QStringList &blocks)
+{
+    for (const QString &block : blocks) {
+        const QString getter = block.section(QLatin1Char(' '), 0, 0);
+        person.work(getter, valuesFor(file, block.section(QLatin1Char(' '), 1).toInt(), getter));
+    }
+}
+
+// A line whose refusal the description takes for granted.
+bool isExpected(const QString &file, const QString &line)
+{
+    const QByteArrayList expected = shipped(file)->session.expectedRefusals;
+    return std::any_of(expected.begin(), expected.end(),
+                       [&line](const QByteArray &command) { return isCommand(line.toUtf8(), command); });
 }
 
 // The lines below a line of the configuration, joined; "none" when it is not there.
@@ -245,8 +294,18 @@ private slots:
     void block_everyLine_isTaken();
     void block_eachLineRefused_leavesTheUserView_data() { addBlocks(); }
     void block_eachLineRefused_leavesTheUserView();
+    void blocks_twoStages_endAsInOne_data();
+    void blocks_twoStages_endAsInOne();
     void blocks_applied_changeTheSwitch_data();
     void blocks_applied_changeTheSwitch();
+    void blocks_onAnAggregationSwitch_changeIt_data();
+    void blocks_onAnAggregationSwitch_changeIt();
+    void power_onOpticalPorts_isRefusedAndChangesNothing_data();
+    void power_onOpticalPorts_isRefusedAndChangesNothing();
+    void export_pagedOrNot_isTheWholeConfiguration_data();
+    void export_pagedOrNot_isTheWholeConfiguration();
+    void export_typedAsItIs_doesNoHarm_data();
+    void export_typedAsItIs_doesNoHarm();
     void query_reply_isRecognised_data();
     void query_reply_isRecognised();
     void clear_refusedReset_isNoRestart_data();
@@ -260,9 +319,12 @@ void TestSwitchDeviceConfigSimulator::block_everyLine_isTaken()
     QFETCH(QString, file);
     QFETCH(QString, getter);
     QFETCH(int, choices);
-    Operator person(file, switchFor(file));
+    QFETCH(bool, twoStage);
+    SimulatorOptions options = switchFor(file);
+    options.twoStage = twoStage;
+    Operator person(file, options);
     prepare(person, file, getter, choices);
-    person.work(getter, valuesOfRow(file, choices));
+    person.work(getter, valuesFor(file, choices, getter));
     QCOMPARE(person.refusals(), QStringList());
     QCOMPARE(person.isAtUserView(), getter != QLatin1String("getClearLinkAggregationCommands"));
 }
@@ -272,21 +334,65 @@ void TestSwitchDeviceConfigSimulator::block_eachLineRefused_leavesTheUserView()
     QFETCH(QString, file);
     QFETCH(QString, getter);
     QFETCH(int, choices);
-    QStringList lines = Operator(file, switchFor(file)).commandsOf(getter, valuesOfRow(file, choices));
+    QFETCH(bool, twoStage);
+    SimulatorOptions options = switchFor(file);
+    options.twoStage = twoStage;
+    QStringList lines = Operator(file, switchFor(file)).commandsOf(getter, valuesFor(file, choices, getter));
     lines.removeAll(pageKey());
+    const QByteArray port18 = "interface "
+                              + QByteArray(file == kHua3  ? "GigabitEthernet1/0/18"
+                                           : file == kSub ? "GE0/0/18"
+                                                          : "GigabitEthernet0/0/18");
     for (int i = 0; i < lines.size(); ++i) {
-        if (lines.at(i) == QLatin1String("return"))
-            continue; // whoever sends the lists leaves a view that one of them could not leave
-        Operator person(file, switchFor(file));
+        Operator person(file, options);
         simulator::Fault fault;
         fault.kind = simulator::FaultKind::Refuse;
         fault.line = i + 1;
         person.console().addFault(fault);
         person.work(lines);
+        QCOMPARE(person.refusals().isEmpty(), isExpected(file, lines.at(i)));
+        // What the next list begins with tells whether the console is where it should be. Only a refused "return"
+        // leaves the switch in a view; the next list leaves that one too.
+        const bool hasReturned = lines.at(i) != QLatin1String("return");
+        QVERIFY2(person.isAtUserView() == hasReturned, person.wholeDialogue().constData());
+        DeviceValues next = valuesFor(file, kAllOn);
+        next.vlan = 30;
+        next.downPorts = PortRange{17, 18};
+        person.work(QStringLiteral("getDownVlanCommands"), next);
+        person.work(QStringLiteral("getVlanQueryCommands"), next);
         QVERIFY2(person.isAtUserView(), person.wholeDialogue().constData());
-        person.type("display clock");
-        QVERIFY2(person.isAtUserView() && person.lastReply().contains("2026"), person.wholeDialogue().constData());
+        QVERIFY2(sectionOf(person.configuration(), port18).contains(QLatin1String("vlan 30")),
+                 person.configuration().constData());
+        QVERIFY2(person.lastReply().contains("VLAN"), person.lastReply().constData());
     }
+}
+
+void TestSwitchDeviceConfigSimulator::blocks_twoStages_endAsInOne_data()
+{
+    QTest::addColumn<QString>("getter");
+    QTest::addColumn<int>("choices");
+    for (const QString &getter : getterNames()) {
+        for (int choices = kAllOn; choices >= 0; --choices)
+            QTest::addRow("%s %d", qPrintable(getter), choices) << getter << choices;
+    }
+}
+
+void TestSwitchDeviceConfigSimulator::blocks_twoStages_endAsInOne()
+{
+    QFETCH(QString, getter);
+    QFETCH(int, choices);
+    SimulatorOptions options = switchFor(kSub);
+    options.hurry = 1000; // the clearing is over, too
+    Operator one(kSub, options);
+    options.twoStage = true;
+    Operator two(kSub, options);
+    for (Operator *person : {&one, &two}) {
+        prepare(*person, kSub, getter, choices);
+        person->work(getter, valuesFor(kSub, choices, getter));
+    }
+    QCOMPARE(two.refusals(), QStringList());
+    QCOMPARE(two.isAtUserView(), one.isAtUserView());
+    QCOMPARE(two.configuration(), one.configuration());
 }
 
 void TestSwitchDeviceConfigSimulator::blocks_applied_changeTheSwitch_data()
@@ -402,11 +508,185 @@ void TestSwitchDeviceConfigSimulator::blocks_applied_changeTheSwitch()
     SimulatorOptions options = switchFor(file);
     options.twoStage = twoStage;
     Operator person(file, options);
-    for (const QString &block : blocks)
-        person.work(block.section(QLatin1Char(' '), 0, 0),
-                    valuesOfRow(file, block.section(QLatin1Char(' '), 1).toInt()));
+    apply(person, file, blocks);
     QVERIFY2(person.isAtUserView(), person.wholeDialogue().constData());
     QCOMPARE(sectionOf(person.configuration(), header), section);
+}
+
+// No gigabit ports: the ten-gigabit ones stand in for them, and the forty-gigabit ones for their uplinks.
+void TestSwitchDeviceConfigSimulator::blocks_onAnAggregationSwitch_changeIt_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QStringList>("blocks");
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<QString>("section");
+    const auto add = [](const QString &file, const QStringList &blocks, const QByteArray &header, const char *section) {
+        QTest::addRow("%s %s: %s", qPrintable(file), qPrintable(blocks.join(QLatin1String(", "))), header.constData())
+            << file << blocks << header << QString::fromLatin1(section);
+    };
+    // Getter and choices with the bit for the kind of switch.
+    const auto block = [](const char *getter, int choices) {
+        return QStringLiteral("%1 %2").arg(QLatin1String(getter)).arg(choices | kAggregation);
+    };
+    const QString downTrunk = block("getDownVlanCommands", kRange | kTrunk);
+    const QString downAccess = block("getDownVlanCommands", kRange);
+    const QString upTrunk = block("getUpGVlanCommands", kRange | kTrunk);
+    const QString upAccess = block("getUpGVlanCommands", 0);
+    const QString snoop = block("getMulticastCommands", kOn | kTrunk);
+    const QString noSnoop = block("getMulticastCommands", kTrunk);
+    const QString query = block("getQuerierCommands", kOn);
+    const QString noQuery = block("getQuerierCommands", 0);
+    const QString link = block("getLinkDownCommands", kRange | kTrunk);
+    const QString single = block("getLinkGigabitSingleCommands", 0);
+    const QString linkUp = block("getLinkUpCommands", kRange | kTrunk);
+    const QString singleUp = block("getLink10GSingleCommands", kTrunk);
+    const QString mirror = block("getMirrorCommands", kOn);
+    const QString noMirror = block("getMirrorCommands", 0);
+    const QString fixed = block("getAutoNegCommands", 0);
+    const QString negotiated = block("getAutoNegCommands", kOn);
+    const QString down = block("getInterfaceCommandsForPorts", 0);
+    const QString up = block("getInterfaceCommandsForPorts", kOn);
+
+    for (const QString &file : {kHuawei, kSub}) {
+        const bool isSub = file == kSub;
+        const QByteArray ten = isSub ? "interface 10GE0/0/" : "interface XGigabitEthernet0/0/";
+        const char *trunk = "port link-type trunk|port trunk allow-pass vlan 20";
+        const char *access = isSub ? "port default vlan 20" : "port link-type access|port default vlan 20";
+        add(file, {downTrunk}, ten + '8', trunk);
+        add(file, {downTrunk, downAccess}, ten + '8', access);
+        add(file, {upTrunk}, "interface 40GE0/0/4", trunk);
+        add(file, {upAccess}, "interface 40GE0/0/1", access);
+        add(file, {snoop, query}, "vlan 20",
+            isSub ? "igmp snooping enable|igmp snooping querier enable"
+                  : "igmp-snooping enable|igmp-snooping querier enable");
+        add(file, {snoop, query, noQuery}, "vlan 20", isSub ? "igmp snooping enable" : "igmp-snooping enable");
+        add(file, {snoop, noSnoop}, "vlan 20", "none");
+        add(file, {link}, ten + "16", "eth-trunk 1");
+        add(file, {single}, ten + "13", "eth-trunk 1");
+        add(file, {linkUp}, "interface 40GE0/0/2", "eth-trunk 1");
+        add(file, {singleUp}, "interface 40GE0/0/1", "eth-trunk 1");
+        add(file, {mirror}, ten + '2', "port-mirroring to observe-port 1 inbound");
+        add(file, {mirror, noMirror}, ten + '2', "");
+        add(file, {fixed}, ten + '5', "undo negotiation auto");
+        add(file, {fixed, negotiated}, ten + '5', "");
+        add(file, {down}, ten + "11", "shutdown");
+        add(file, {down, up}, ten + "11", "");
+    }
+
+    const QByteArray ten = "interface Ten-GigabitEthernet1/0/";
+    const char *permit = "port link-type trunk|port trunk permit vlan 20";
+    const char *member = "port link-type trunk|port trunk permit vlan 2 to 4094|port link-aggregation group 1";
+    add(kHua3, {downTrunk}, ten + '8', permit);
+    add(kHua3, {downTrunk, downAccess}, ten + '8', "port access vlan 20");
+    add(kHua3, {upTrunk}, "interface FortyGigE1/0/28", permit);
+    add(kHua3, {upAccess}, "interface FortyGigE1/0/25", "port access vlan 20");
+    add(kHua3, {snoop, query}, "vlan 20", "igmp-snooping enable|igmp-snooping querier");
+    add(kHua3, {snoop, query, noQuery}, "vlan 20", "igmp-snooping enable");
+    add(kHua3, {snoop, noSnoop}, "vlan 20", "");
+    add(kHua3, {link}, ten + "16", member);
+    add(kHua3, {single}, ten + "13", "port link-aggregation group 1");
+    add(kHua3, {linkUp}, "interface FortyGigE1/0/26", member);
+    add(kHua3, {singleUp}, "interface FortyGigE1/0/25", member);
+    add(kHua3, {mirror}, ten + '2', "mirroring-group 1 mirroring-port inbound");
+    add(kHua3, {mirror, noMirror}, ten + '2', "");
+    add(kHua3, {fixed}, ten + '5', "speed 10000|duplex full");
+    add(kHua3, {fixed, negotiated}, ten + '5', "");
+    add(kHua3, {down}, ten + "11", "shutdown");
+    add(kHua3, {down, up}, ten + "11", "");
+}
+
+void TestSwitchDeviceConfigSimulator::blocks_onAnAggregationSwitch_changeIt()
+{
+    QFETCH(QString, file);
+    QFETCH(QStringList, blocks);
+    QFETCH(QByteArray, header);
+    QFETCH(QString, section);
+    Operator person(file, switchFor(file, kAggregation));
+    apply(person, file, blocks);
+    QCOMPARE(person.refusals(), QStringList());
+    QVERIFY2(person.isAtUserView(), person.wholeDialogue().constData());
+    QCOMPARE(sectionOf(person.configuration(), header), section);
+}
+
+void TestSwitchDeviceConfigSimulator::power_onOpticalPorts_isRefusedAndChangesNothing_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("choices");
+    for (const QString &file : kFiles) {
+        for (const int choices : {0, +kOn, +kRange, kOn | kRange})
+            QTest::addRow("%s %d", qPrintable(file), choices) << file << (choices | kAggregation);
+    }
+}
+
+void TestSwitchDeviceConfigSimulator::power_onOpticalPorts_isRefusedAndChangesNothing()
+{
+    QFETCH(QString, file);
+    QFETCH(int, choices);
+    Operator person(file, switchFor(file, choices));
+    const QByteArray before = person.configuration();
+    person.work(QStringLiteral("getPOECommands"), valuesFor(file, choices));
+    QVERIFY(person.wholeDialogue().contains("The interface does not support PoE."));
+    QCOMPARE(person.configuration(), before);
+    QVERIFY(person.isAtUserView());
+}
+
+void TestSwitchDeviceConfigSimulator::export_pagedOrNot_isTheWholeConfiguration_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("options");
+    for (const QString &file : kFiles) {
+        for (const char *options : {"--lines 3000", "--lines 3000 --paging forced", "--paging forced --erase 42",
+                                    "--descriptions ascii --paging forced --screen-lines 10"})
+            QTest::addRow("%s %s", qPrintable(file), options) << file << QString::fromLatin1(options);
+    }
+}
+
+void TestSwitchDeviceConfigSimulator::export_pagedOrNot_isTheWholeConfiguration()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, options);
+    const simulator::ParsedOptions parsed =
+        simulator::parseSimulatorOptions(options.split(QLatin1Char(' ')), switchFor(file));
+    QCOMPARE(parsed.error, QString());
+    Operator person(file, parsed.options);
+    const QByteArray plain = person.configuration();
+    const int begin = person.wholeDialogue().size();
+    person.work(QStringLiteral("getExportCommands"), DeviceValues());
+    const QByteArray back = "\x1b[" + QByteArray::number(parsed.options.eraseColumns) + 'D';
+    const QByteArray erasure = back + QByteArray(parsed.options.eraseColumns, ' ') + back;
+    const QByteArray all = person.wholeDialogue().mid(begin).replace("  ---- More ----" + erasure, "");
+    const QByteArray echo = "display current-configuration\r\n";
+    const int reply = all.indexOf(echo) + echo.size();
+    QCOMPARE(all.mid(reply, all.lastIndexOf('\n') + 1 - reply), plain);
+    QVERIFY(person.isAtUserView());
+}
+
+void TestSwitchDeviceConfigSimulator::export_typedAsItIs_doesNoHarm_data()
+{
+    QTest::addColumn<QString>("file");
+    for (const QString &file : kFiles)
+        QTest::newRow(qPrintable(file)) << file;
+}
+
+// Echo, prompts and all: what an exported file holds is refused line by line at the user view.
+void TestSwitchDeviceConfigSimulator::export_typedAsItIs_doesNoHarm()
+{
+    QFETCH(QString, file);
+    Operator person(file, switchFor(file));
+    for (const char *getter : {"getDownVlanCommands", "getMulticastCommands", "getLinkUpCommands", "getMirrorCommands"})
+        person.work(QString::fromLatin1(getter), valuesFor(file, kAllOn, QString::fromLatin1(getter)));
+    QCOMPARE(person.refusals(), QStringList());
+    const int begin = person.wholeDialogue().size();
+    person.work(QStringLiteral("getExportCommands"), DeviceValues());
+    const QByteArrayList exported = person.wholeDialogue().mid(begin).split('\n');
+    const QByteArray before = person.configuration();
+    QVERIFY(exported.size() > 100);
+    for (const QByteArray &line : exported) {
+        if (!line.trimmed().isEmpty())
+            person.type(line.trimmed());
+        QVERIFY2(person.isAtUserView(), line.constData());
+    }
+    QCOMPARE(person.configuration(), before);
 }
 
 // The texts by which the panel knows a reply, on models and releases that write differently.
@@ -471,9 +751,9 @@ void TestSwitchDeviceConfigSimulator::query_reply_isRecognised()
     QCOMPARE(parsed.error, QString());
     Operator person(file, parsed.options);
     for (const char *block : {"getMulticastCommands", "getQuerierCommands", "getLinkDownCommands", "getMirrorCommands"})
-        person.work(QString::fromLatin1(block), valuesFor(file, true, true, true));
+        person.work(QString::fromLatin1(block), valuesFor(file, kAllOn));
     const int begin = person.ruledDialogue().size();
-    person.work(getter, valuesFor(file, true, true, true));
+    person.work(getter, valuesFor(file, kAllOn));
     const QByteArray reply = person.ruledDialogue().mid(begin);
     for (const QByteArray &text : present)
         QVERIFY2(reply.contains(text), (text + "\n" + reply).constData());
@@ -513,7 +793,7 @@ void TestSwitchDeviceConfigSimulator::clear_wholeConfiguration_isGoneAfterTheRes
 {
     QFETCH(QString, file);
     Operator person(file, switchFor(file));
-    person.work(QStringLiteral("getDownVlanCommands"), valuesFor(file, true, true, true));
+    person.work(QStringLiteral("getDownVlanCommands"), valuesFor(file, kAllOn));
     person.work(QStringLiteral("getSaveCommands"), DeviceValues());
     QVERIFY(person.configuration().contains("port link-type trunk"));
     person.work(QStringLiteral("getClearLinkAggregationCommands"), DeviceValues());
