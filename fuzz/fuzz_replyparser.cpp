@@ -1,4 +1,5 @@
 // Hostile console replies through every section of the reply parsers, and the line patterns against their engines.
+#include "hua3replyparser.h"
 #include "huaweireplyparser.h"
 #include "linepattern.h"
 
@@ -7,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <regex>
 #include <string>
 #include <vector>
@@ -48,9 +50,8 @@ void checkEffects(const ReplyText &text, const reply::Effects &effects)
     }
 }
 
-void checkInventory(const ReplyText &text, const InterfaceNamingProfile &naming, bool isAggregationSwitch)
+void checkInventory(const ReplyText &text, const std::optional<reply::PortInventory> &inventory)
 {
-    const auto inventory = readHuaweiPorts(text, naming, isAggregationSwitch);
     if (!inventory)
         return;
     const auto lines = text.lines().size();
@@ -59,19 +60,41 @@ void checkInventory(const ReplyText &text, const InterfaceNamingProfile &naming,
     require(inventory->slot >= 0 && inventory->up.maximum >= 0 && inventory->down.maximum >= 0);
 }
 
-void checkSections(const ReplyText &text, const InterfaceNamingProfile &naming)
+void checkHuaweiSections(const ReplyText &text, const InterfaceNamingProfile &naming)
 {
     for (const auto section :
          {reply::readMulticastTable, reply::readMorePages, reply::readIpConflicts, reply::readOpticalPorts,
           reply::readVlanListing, reply::readPoePower, reply::readInterfaceView, reply::readIgmpConfiguration})
         checkEffects(text, section(text));
-    if (const auto mirrored = readPortMirroring(text, naming))
-        require(mirrored->size() <= text.lines().size());
     if (const auto state = readAutoNegotiation(text, naming, QStringLiteral("g0/0/1")))
         require(state->port == QLatin1String("1"));
+    require(readLoginPrompt(text, true) != reply::LoginPrompt::Ready);
+    readLoginPrompt(text, false);
+}
+
+void checkHua3Sections(const ReplyText &text)
+{
+    for (const auto section : {reply::readHua3MulticastTable, reply::readHua3IpConflicts, reply::readHua3PortStatus,
+                               reply::readHua3VlanSummary, reply::readHua3Snooping, reply::readHua3Querier,
+                               reply::readHua3LinkAggregation, reply::readHua3PoeInterfaces, reply::readHua3PoeUsage,
+                               reply::readHua3ForwardingTable, reply::readHua3OpticalPorts})
+    {
+        const reply::Effects effects = section(text);
+        checkEffects(text, effects);
+        require(effects.size() <= 2 * text.lines().size() + 2);
+    }
+    if (const auto groups = readHua3MirroringGroups(text))
+        require(groups->isEmpty() || groups->endsWith(QLatin1Char('\n')));
+    require(readHua3LoginPrompt(text, true) != reply::LoginPrompt::Ready);
+    readHua3LoginPrompt(text, false);
+}
+
+void checkSharedSections(const ReplyText &text, const InterfaceNamingProfile &naming)
+{
+    if (const auto mirrored = readPortMirroring(text, naming))
+        require(mirrored->size() <= text.lines().size());
     for (const reply::TransceiverNote &note : readTransceivers(text, naming).logged)
         require(!note.isEmpty());
-    readLoginPrompt(text, false);
 }
 
 //! A pattern for both of its readers.
@@ -162,8 +185,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::uint8_t choice = data[0];
     const InterfaceNamingProfile &naming = namingOf(choice);
     const ReplyText text(QByteArray(reinterpret_cast<const char *>(data + 1), static_cast<int>(size - 1)));
-    checkInventory(text, naming, choice % 2 == 1);
-    checkSections(text, naming);
+    checkInventory(text, readHuaweiPorts(text, naming, choice % 2 == 1));
+    checkInventory(text, readHua3Ports(text, naming, choice % 2 == 1));
+    checkHuaweiSections(text, naming);
+    checkHua3Sections(text);
+    checkSharedSections(text, naming);
     compareWithEngines(text, patternsOf(choice));
     return 0;
 }

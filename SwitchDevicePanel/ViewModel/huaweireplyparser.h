@@ -5,56 +5,25 @@
    model asks them in the order in which they stand here, which is part of the behaviour, and applies each answer before
    it asks for the next: the port inventory may change the naming that later sections read with.
 
-    Nothing here translates, logs or signals. Texts named "translated" are Chinese source texts, to be put into the
-   user's language by whoever applies them. Every QStringView points into the reply, which has to outlive the result, or
-   to a constant. All functions are linear in the length of the reply and safe for any text.
+    As in sharedsections.h, nothing translates, logs or signals, views point into the reply, and all of it is linear.
 */
 #pragma once
 
-#include "interfacenamingprofile.h"
 #include "portinventory.h"
-#include "replytext.h"
+#include "sharedsections.h"
 #include "transceiverparser.h"
 
 #include <optional>
-#include <vector>
 
 namespace reply {
 
-//! Labels of queued commands by which a reply's question is known; translated, except kMorePagesLabel.
+//! More labels; translated, except kMorePagesLabel.
 inline constexpr QStringView kPortListingLabel = u"接口解析";
 inline constexpr QStringView kOpticalPortsLabel = u"光电端口解析";
-inline constexpr QStringView kMulticastTableLabel = u"组播转发表";
-inline constexpr QStringView kIpConflictLabel = u"IP冲突";
 inline constexpr QStringView kMorePagesLabel = u"more igmp";
 
 //! What kMorePagesLabel sends: blanks turn the page, the line end is harmless at a prompt.
 inline constexpr char kMorePagesBytes[] = "    \r\n";
-
-//! One visible consequence of a reply.
-struct Effect
-{
-    enum class Kind {
-        Info,                // an info log line
-        InfoTranslated,      // an info log line, translated
-        InfoEveryLine,       // one info log line per line of the reply, empty ones too; text is null
-        Result,              // appended to the result lines
-        ResultEveryLine,     // every line of the reply appended to the result lines, empty ones too; text is null
-        OpticalPortsCleared, // the list of optical port lines is emptied; text is null
-        OpticalPort,         // appended to the optical port lines
-        BoardType,           // the board type, announced when it differs from the known one
-        MorePagesRequested,  // kMorePagesBytes queued under kMorePagesLabel; text is null
-        WaitingEnded,        // isWaitingResponse becomes false; text is null
-    };
-
-    Kind kind;
-    QStringView text;
-
-    friend bool operator==(const Effect &a, const Effect &b) { return a.kind == b.kind && a.text == b.text; }
-    friend bool operator!=(const Effect &a, const Effect &b) { return !(a == b); }
-};
-//! In the order in which they become visible. Empty: the reply does not satisfy the section.
-using Effects = std::vector<Effect>;
 
 // 1. Port inventory: readHuaweiPorts() in portinventory.h.
 
@@ -67,26 +36,12 @@ Effects readMorePages(const ReplyText &reply);
 //! 4. To be asked for a reply to kIpConflictLabel only.
 Effects readIpConflicts(const ReplyText &reply);
 
-//! 5. Board type and the table of optical ports; lines cut by a page marker are cut back to the port's name.
-Effects readOpticalPorts(const ReplyText &reply);
+// 5. Optical ports: readOpticalPorts() in sharedsections.h.
 
 //! 6. The listing of VLANs with their count.
 Effects readVlanListing(const ReplyText &reply);
 
-//! One mirrored port; each is a debug log line, and ends the waiting.
-struct PortMirroring
-{
-    int id = 0;
-    int sourcePort = 0;
-    int destinationPort = 0;
-};
-
-/*!
-    7. Mirrored ports, in listing order; nothing when the reply is no such listing. An existing value ends the waiting
-   once more, even when it is empty. A row counts only behind the line that names the destination.
-*/
-std::optional<std::vector<PortMirroring>> readPortMirroring(const ReplyText &reply,
-                                                            const InterfaceNamingProfile &naming);
+// 7. Mirrored ports: readPortMirroring() in sharedsections.h; each is a debug log line.
 
 //! 8. and 13. The current configuration was listed: 8 ends the waiting, 13 announces the first such reply of the
 //! process.
@@ -114,16 +69,6 @@ bool isTransceiverListing(const ReplyText &reply);
 //! 11. The first section of an interface view's own settings.
 Effects readInterfaceView(const ReplyText &reply);
 
-enum class LoginPrompt {
-    None,
-    Username,        // state NeedUsername
-    Password,        // state NeedPassword
-    ConfirmPassword, // state NeedConfirmPassword
-    Ready,           // a command prompt before the login was announced: log line, state LoginSuccess, then isLoggedIn
-    Refused,         // state LoginFailed
-    Failed,          // a log line only
-};
-
 //! 12. The first prompt that the reply contains, in the order of the enumerators.
 LoginPrompt readLoginPrompt(const ReplyText &reply, bool isLoggedIn);
 
@@ -133,7 +78,6 @@ Effects readIgmpConfiguration(const ReplyText &reply);
 //! 15. A warning with the current label.
 bool isCommandError(const ReplyText &reply);
 
-//! 16. The switch clears its configuration and restarts: a toast.
-bool isRebootNotice(const ReplyText &reply);
+// 16. Restart: isRebootNotice() in sharedsections.h.
 
 } // namespace reply

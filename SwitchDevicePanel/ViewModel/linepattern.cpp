@@ -1,14 +1,12 @@
 #include "linepattern.h"
 
-#include <QtCore/QRegExp>
-
 #include <algorithm>
-#include <regex>
-#include <string>
 
 namespace reply {
 
 namespace {
+
+constexpr QStringView kOperators = u".[]{}?*+|^$"; // no pattern of ours needs them
 
 bool isAsciiDigit(QChar character)
 {
@@ -28,7 +26,7 @@ bool LineMatch::isBehindDigit() const
     return !before.isEmpty() && isAsciiDigit(before.back());
 }
 
-//! One piece of a linear pattern.
+//! One piece of a pattern.
 struct LinePattern::Step
 {
     enum class Kind { Literal, AsciiDigit, AnyDigit, AsciiSpace, AnySpace, GroupBegin, GroupEnd };
@@ -71,7 +69,7 @@ struct LinePattern::Step
     }
 };
 
-//! Turns a pattern into steps, or finds that it needs a real engine.
+//! Turns a pattern into steps, or finds that it is none of ours.
 class LinePattern::Compiler
 {
 public:
@@ -80,7 +78,7 @@ public:
         , _dialect(dialect)
     {}
 
-    //! The steps; nothing when the pattern is not a linear one.
+    //! The steps; nothing for a pattern that cannot be matched in one pass.
     std::optional<std::vector<Step>> compile()
     {
         while (_at < _pattern.size()) {
@@ -101,7 +99,7 @@ private:
             return endGroup();
         if (character == QLatin1Char('\\'))
             return addClass();
-        if (QStringLiteral(".[]{}?*+|^$").contains(character))
+        if (kOperators.contains(character))
             return false;
         Step step;
         step.literal = character;
@@ -188,121 +186,21 @@ private:
     bool _isInGroup = false;
 };
 
-class LinePattern::Engine
-{
-public:
-    Engine() = default;
-    Engine(const Engine &) = delete;
-    Engine &operator=(const Engine &) = delete;
-    virtual ~Engine() = default;
-    virtual std::optional<LineMatch> firstMatch(QStringView line) const = 0;
-};
-
-class LinePattern::EcmaScriptEngine : public Engine
-{
-public:
-    explicit EcmaScriptEngine(const QString &pattern)
-    {
-        try {
-            _regex.emplace(pattern.toStdString());
-        } catch (const std::regex_error &) {
-            _regex.reset(); // a broken pattern finds nothing
-        }
-    }
-
-    std::optional<LineMatch> firstMatch(QStringView line) const override
-    {
-        if (!_regex)
-            return std::nullopt;
-        const std::string bytes = line.toString().toStdString();
-        std::smatch match;
-        try {
-            if (!std::regex_search(bytes, match, *_regex))
-                return std::nullopt;
-        } catch (const std::regex_error &) {
-            return std::nullopt; // too complex for the library
-        }
-        LineMatch found;
-        found.before = line.left(std::min(utf16Length(match.prefix().str()), line.size()));
-        found.whole = part(line, match, bytes, 0);
-        found.group1 = part(line, match, bytes, 1);
-        found.group2 = part(line, match, bytes, 2);
-        return found;
-    }
-
-private:
-    static qsizetype utf16Length(const std::string &bytes) { return QString::fromStdString(bytes).size(); }
-
-    static QStringView part(QStringView line, const std::smatch &match, const std::string &bytes, std::size_t group)
-    {
-        if (group >= match.size())
-            return {};
-        if (!match[group].matched)
-            return line.left(0);
-        const auto position = static_cast<std::size_t>(match.position(group));
-        const QStringView rest = line.mid(std::min(utf16Length(bytes.substr(0, position)), line.size()));
-        return rest.left(std::min(utf16Length(match.str(group)), rest.size())); // a "." may cut a character in two
-    }
-
-    std::optional<std::regex> _regex;
-};
-
-class LinePattern::QtRegExpEngine : public Engine
-{
-public:
-    explicit QtRegExpEngine(const QString &pattern)
-        : _regExp(pattern)
-    {}
-
-    std::optional<LineMatch> firstMatch(QStringView line) const override
-    {
-        const QRegExp regExp(_regExp); // a search writes into the object
-        const int position = regExp.indexIn(line.toString());
-        if (position < 0)
-            return std::nullopt;
-        LineMatch found;
-        found.before = line.left(position);
-        found.whole = line.mid(position, regExp.matchedLength());
-        found.group1 = part(line, regExp, 1);
-        found.group2 = part(line, regExp, 2);
-        return found;
-    }
-
-private:
-    static QStringView part(QStringView line, const QRegExp &regExp, int group)
-    {
-        if (group > regExp.captureCount())
-            return {};
-        return line.mid(std::max(regExp.pos(group), 0), regExp.cap(group).size());
-    }
-
-    const QRegExp _regExp;
-};
-
 LinePattern::LinePattern(const QString &pattern, Dialect dialect)
 {
-    if (auto steps = Compiler(pattern, dialect).compile()) {
-        _steps = std::move(*steps);
-        separateLeadingRun();
-        const auto isPiece = [](const Step &step) { return !step.isGroupMark(); };
-        _head = static_cast<std::size_t>(std::find_if(_steps.begin(), _steps.end(), isPiece) - _steps.begin());
-    } else if (dialect == Dialect::EcmaScript) {
-        _engine = std::make_unique<EcmaScriptEngine>(pattern);
-    } else {
-        _engine = std::make_unique<QtRegExpEngine>(pattern);
-    }
+    auto steps = Compiler(pattern, dialect).compile();
+    if (!steps)
+        return;
+    _isValid = true;
+    _steps = std::move(*steps);
+    separateLeadingRun();
+    const auto isPiece = [](const Step &step) { return !step.isGroupMark(); };
+    _head = static_cast<std::size_t>(std::find_if(_steps.begin(), _steps.end(), isPiece) - _steps.begin());
 }
 
 LinePattern::LinePattern(LinePattern &&) noexcept = default;
 LinePattern &LinePattern::operator=(LinePattern &&) noexcept = default;
 LinePattern::~LinePattern() = default;
-
-std::optional<LineMatch> LinePattern::firstMatch(QStringView line) const
-{
-    if (line.size() > kLongestLine)
-        return std::nullopt;
-    return _engine ? _engine->firstMatch(line) : firstLinearMatch(line);
-}
 
 void LinePattern::separateLeadingRun()
 {
@@ -313,8 +211,10 @@ void LinePattern::separateLeadingRun()
     _steps.erase(_steps.begin());
 }
 
-std::optional<LineMatch> LinePattern::firstLinearMatch(QStringView line) const
+std::optional<LineMatch> LinePattern::firstMatch(QStringView line) const
 {
+    if (!_isValid || line.size() > kLongestLine)
+        return std::nullopt;
     if (_head == _steps.size())
         return matchAt(line, 0);
     const Step &head = _steps[_head];

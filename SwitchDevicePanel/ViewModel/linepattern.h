@@ -10,7 +10,7 @@
 
 namespace reply {
 
-//! A longer line matches no pattern: no switch writes one, and the engines below would recurse or go quadratic on it.
+//! A longer line matches no pattern: no switch writes one.
 constexpr qsizetype kLongestLine = 1024; // UTF-16 code units
 
 //! Where a pattern was found. The views are parts of the searched line.
@@ -28,17 +28,19 @@ struct LineMatch
 };
 
 /*!
-    Compiled once per listing. The patterns of the profiles that ship are sequences of letters, \\d, \\d+, \\s+, \\s*
-   and flat groups in which every repetition ends where the next piece begins; those are matched here, in time linear in
-   the line. std::regex takes 35 ms for one scan of 1 MiB and QRegExp 30 ms for a single line of 1000 blanks. Any other
-   pattern goes to the engine of its dialect; one that does not compile there matches nothing.
+    Compiled once per listing. A pattern is a sequence of literal characters, digits (\\d) and blanks (\\s), which may
+   be repeated (+ or *), with at most two flat groups, in which every repetition ends where the next piece begins; the
+   time of a search is linear in the line whatever stands in it. The patterns of all naming profiles are of this kind.
+   Any other one is invalid and matches nothing: the regular-expression engines take 35 ms for one scan of 1 MiB
+   (std::regex, which also recurses on long lines) or 30 ms for a single line of 1000 blanks (QRegExp), and std::regex
+   leaves symbols behind that a plugin would export.
 */
 class LinePattern
 {
 public:
     enum class Dialect {
-        EcmaScript, // std::regex over UTF-8: \d and \s know ASCII only
-        QtRegExp,   // QRegExp's default syntax: \d and \s know all of Unicode
+        EcmaScript, // as in std::regex: \d and \s know ASCII only
+        QtRegExp,   // as in QRegExp's default syntax: \d and \s know all of Unicode
     };
 
     LinePattern(const QString &pattern, Dialect dialect);
@@ -49,26 +51,22 @@ public:
     //! The leftmost match; none in a line of more than kLongestLine characters.
     std::optional<LineMatch> firstMatch(QStringView line) const;
 
-    //! False when the pattern was handed to a regular-expression engine.
-    bool isLinear() const { return _engine == nullptr; }
+    //! False for a pattern that matches nothing because it is not of the kind above.
+    bool isValid() const { return _isValid; }
 
 private:
-    class Engine;
-    class EcmaScriptEngine;
-    class QtRegExpEngine;
     struct Step;
     class Compiler;
 
     void separateLeadingRun();
-    std::optional<LineMatch> firstLinearMatch(QStringView line) const;
     std::optional<LineMatch> matchAt(QStringView line, qsizetype start) const;
 
     // A pattern may begin with blanks that need not be there. They change where a match begins, not whether there is
     // one, so the search leaves them out and extends the match to the left afterwards.
     std::unique_ptr<const Step> _leadingRun;
     std::vector<Step> _steps;
-    std::size_t _head = 0;                 // first step that takes characters; behind the last when none does
-    std::unique_ptr<const Engine> _engine; // null for a linear pattern
+    std::size_t _head = 0; // first step that takes characters; behind the last when none does
+    bool _isValid = false;
 };
 
 //! Decimal number without error check: 0 when \a text is none or does not fit.

@@ -1,5 +1,5 @@
 // Construction, destruction and language. The other concerns of the class: switchdeviceviewmodel_properties.cpp,
-// _connection.cpp, _queue.cpp, _log.cpp, _configuration.cpp.
+// _connection.cpp, _queue.cpp, _replies.cpp, _log.cpp, _inventory.cpp, _configuration.cpp, _status.cpp, _files.cpp.
 #include "switchdeviceviewmodel.h"
 #include "switchdeviceviewmodel_p.h"
 
@@ -8,6 +8,8 @@
 #include <switchdevicebll/switchdevice.h>
 #include <switchdevicebll/translatemanage.h>
 #include <zrextensionsystem/pluginmanager.h>
+
+#include <QtCore/QMutexLocker>
 
 namespace {
 
@@ -31,6 +33,7 @@ SwitchDeviceViewModel::SwitchDeviceViewModel(QObject *parent)
     , _d(new Private)
 {
     registerSignalTypes();
+    _d->self->viewModel = this;
     _d->translator = OVRA::BLL::TranslateManage::getInstance()->getTranslator();
     _d->packetAnalysis = std::make_unique<PacketAnalysisViewModel>();
 
@@ -58,6 +61,11 @@ SwitchDeviceViewModel::SwitchDeviceViewModel(QObject *parent)
 
 SwitchDeviceViewModel::~SwitchDeviceViewModel()
 {
+    {
+        // An opening in progress and a read-back go on without this object.
+        const QMutexLocker locker(&_d->self->lock);
+        _d->self->viewModel = nullptr;
+    }
     stopLogRouting();
     stopLogBatching();
     for (QThread *&thread : _d->auxiliaryThreads) {

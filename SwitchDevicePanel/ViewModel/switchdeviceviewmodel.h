@@ -6,9 +6,14 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
+#include <functional>
 #include <memory>
 
 #include "packetanalysisviewmodel.h"
+
+namespace reply {
+class ReplyText;
+}
 
 /*!
     The one object behind the switch device panel.
@@ -376,8 +381,17 @@ public:
     Q_INVOKABLE QString getExportPath();
     Q_INVOKABLE void importSwitchInfo(const QString &path);
 
+    //! For programs without a panel: is told of each block as the queue sends it. An empty function ends that.
+    using CommandObserver = std::function<void(const QString &label, const QByteArray &bytes)>;
+    void setCommandObserver(CommandObserver observer);
+    //! For the same: no block is outstanding and none waits.
+    bool isQueueIdle() const;
+
 private:
     struct Private;
+    struct SelfReference;
+    class ReplyReader;
+    class FeatureSender;
 
     void loadLanguage(const QString &code);
     void startLogRouting();
@@ -386,6 +400,29 @@ private:
     void stopLogBatching();
     void flushConsoleLines();
     void collectConsoleLines(const QByteArray &data);
+
+    // Connection
+    void wakeConsole(int session);
+    void requestUserName();
+    void requestPassword();
+    void sendUserName();
+    void sendPassword();
+    void sendPortListing();
+    static bool readBackPara();
+
+    // Queue
+    void enqueueCommand(const QString &label, const QByteArray &bytes);
+    void processNextCommand();
+    void setWaitingResponse(bool value);
+    void appendToExport(const QByteArray &data);
+    int replySession() const;
+    bool isReplyInForce(int session) const;
+
+    // Replies
+    void startParsing(const QByteArray &data);
+    void startParsingHua3(const QByteArray &data);
+    void finishParsing(int session);
+    void parseTransceiverInfo(const reply::ReplyText &text);
 
     std::unique_ptr<Private> _d;
 };

@@ -1,6 +1,7 @@
 // State of SwitchDeviceViewModel, in one small plain struct per concern, with the defaults beside the fields.
 #pragma once
 
+#include "interfacenamingprofile.h"
 #include "switchdeviceviewmodel.h"
 
 #include <QtCore/QByteArray>
@@ -8,6 +9,9 @@
 #include <QtCore/QMutex>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
+
+#include <chrono>
+#include <memory>
 
 namespace lumen {
 namespace trans {
@@ -26,6 +30,19 @@ struct ConnectionSettings
     QString currentCom;
     QString userText;
     QString passwordText;
+    // At most one of each; they run while the switch waits for a credential that has not been set.
+    QTimer *userNameTimer = nullptr;
+    QTimer *passwordTimer = nullptr;
+};
+
+//! A second parameter set, for reopening the port; a to d in storage order.
+struct ReopenSettings
+{
+    QString port;
+    int a = 0;
+    int b = 0;
+    int c = 0;
+    int d = 0;
 };
 
 //! Lower and upper port number; both -1 until an inventory has been read.
@@ -38,14 +55,28 @@ struct PortBounds
     int count() const { return maximum - minimum; }
 };
 
+//! The device descriptions, from the application's folder.
+inline constexpr char kHuaweiDescription[] = "/../share/devices/Huawei.xml";
+inline constexpr char kHuaweiSubModelDescription[] = "/../share/devices/Huawei_sub.xml";
+inline constexpr char kHua3Description[] = "/../share/devices/Hua3.xml";
+
+//! How the connected switch names its ports, and where its description stands.
+struct SwitchModel
+{
+    QString familyLabel;
+    QString descriptionPath;
+    InterfaceNamingProfile naming;
+};
+
 struct PortInventory
 {
     QVariantList downPorts;
     QVariantList upPorts;
     PortBounds down;
     PortBounds up;
+    int slotNumber = 0;
     int isAggregationSwitch = 0;
-    QString familyLabel;
+    QStringList opticalPortLines; // never emptied but by the next listing: they outlive the switch
     QString boardType;
     QString downRangeText;
     QString upRangeText;
@@ -126,6 +157,13 @@ struct CommandQueue
     QByteArray currentBytes;
     bool isOutstanding = false;
 
+    // Counts the disconnects, and says whether anything was sent since the last one: replies and their completion may
+    // arrive late. User-interface thread only.
+    int session = 0;
+    bool isSentInSession = false;
+
+    SwitchDeviceViewModel::CommandObserver observer; // user-interface thread only
+
     bool isWaitingResponse = false; // the property: user-interface thread only, no decision of the queue reads it
 };
 
@@ -150,10 +188,19 @@ struct ConfigurationFiles
     bool isExportRunning = false;
 };
 
+//! What detached work holds of the view model: nothing any more once its destructor has begun.
+struct SwitchDeviceViewModel::SelfReference
+{
+    QMutex lock; // guards viewModel, and is held while a signal of it is emitted from another thread
+    SwitchDeviceViewModel *viewModel = nullptr;
+};
+
 struct SwitchDeviceViewModel::Private
 {
     LanguageType languageType = Zh;
     ConnectionSettings connection;
+    ReopenSettings reopen;
+    SwitchModel model;
     PortInventory inventory;
     VlanSettings vlan;
     VlanFeatureSettings multicast;
@@ -171,5 +218,6 @@ struct SwitchDeviceViewModel::Private
     lumen::trans::Translator *translator = nullptr; // owned by the language manager
     ovra::bll::SwitchDevice *device = nullptr;      // process-wide singleton
     std::unique_ptr<PacketAnalysisViewModel> packetAnalysis;
+    std::shared_ptr<SelfReference> self = std::make_shared<SelfReference>();
     QThread *auxiliaryThreads[2] = {nullptr, nullptr};
 };

@@ -96,15 +96,7 @@ int SwitchDeviceViewModel::isAggregationSwitch() const
 
 QString SwitchDeviceViewModel::curlogoChanged() const
 {
-    return _d->inventory.familyLabel;
-}
-
-void SwitchDeviceViewModel::setCurlogoChanged(const QString &value)
-{
-    if (_d->inventory.familyLabel == value)
-        return;
-    _d->inventory.familyLabel = value;
-    emit curlogoChangedChanged(value);
+    return _d->model.familyLabel;
 }
 
 QString SwitchDeviceViewModel::boardType() const
@@ -445,6 +437,11 @@ void SwitchDeviceViewModel::setAutoNegPort(const QString &value)
 bool SwitchDeviceViewModel::isWaitingResponse() const
 {
     return _d->queue.isWaitingResponse;
+}
+
+void SwitchDeviceViewModel::setWaitingResponse(bool value)
+{
+    storeOnChange(this, _d->queue.isWaitingResponse, value, &SwitchDeviceViewModel::isWaitingResponseChanged);
 }
 
 bool SwitchDeviceViewModel::poeEnable() const

@@ -1,7 +1,7 @@
 #include "analyzecommand.h"
 
 #include "captureanalysis.h"
-#include "console.h"
+#include "commandhelp.h"
 #include "exporttargets.h"
 #include "interruptwatch.h"
 #include "logoutput.h"
@@ -16,17 +16,15 @@
 
 namespace {
 
-constexpr Text kUsage{"usage: switchpanel analyze [OPTIONS] FILE...", "用法：switchpanel analyze [选项] 文件..."};
-constexpr Text kPurpose{
-    "Reads captures (pcap, pcapng) of PTP version 2 traffic and judges the timing network: the intervals of\n"
-    "Announce, Sync and Follow_Up, whether every slave asks for its delay, and whether it is answered in time.",
-    "读取PTPv2抓包文件（pcap、pcapng），检查时钟网络：Announce、Sync、Follow_Up的间隔，\n"
-    "各从节点是否发送延迟请求，以及请求是否及时得到应答。"};
-constexpr Text kOptionList{"options:", "选项："};
-constexpr Text kStatuses{
-    "exit status: 0 healthy, 1 abnormal, 2 could not analyse, 130 stopped by Ctrl-C;\n"
-    "of several files the worst. switchpanel(1) has the details.",
-    "退出状态：0 正常，1 异常，2 未能分析，130 被 Ctrl-C 中止；\n多个文件时取最坏的结果。详见 switchpanel(1)。"};
+constexpr CommandHelp kHelp{
+    {"usage: switchpanel analyze [OPTIONS] FILE...", "用法：switchpanel analyze [选项] 文件..."},
+    {"Reads captures (pcap, pcapng) of PTP version 2 traffic and judges the timing network: the intervals of\n"
+     "Announce, Sync and Follow_Up, whether every slave asks for its delay, and whether it is answered in time.",
+     "读取PTPv2抓包文件（pcap、pcapng），检查时钟网络：Announce、Sync、Follow_Up的间隔，\n"
+     "各从节点是否发送延迟请求，以及请求是否及时得到应答。"},
+    {"exit status: 0 healthy, 1 abnormal, 2 could not analyse, 130 stopped by Ctrl-C;\n"
+     "of several files the worst. switchpanel(1) has the details.",
+     "退出状态：0 正常，1 异常，2 未能分析，130 被 Ctrl-C 中止；\n多个文件时取最坏的结果。详见 switchpanel(1)。"}};
 constexpr Text kSeeHelp{"try 'switchpanel analyze --help'", "请参阅 'switchpanel analyze --help'"};
 
 constexpr Text kNoFile{"analyze needs a capture file", "analyze 需要抓包文件"};
@@ -57,15 +55,6 @@ struct Request
     bool isQuiet = false;
     bool isVerbose = false;
 };
-
-QStringList helpLines(Language language)
-{
-    QStringList lines{inLanguage(kUsage, language), QString(), inLanguage(kPurpose, language), QString(),
-                      inLanguage(kOptionList, language)};
-    lines += optionLines(analyzeOptions(), language);
-    lines += {QString(), inLanguage(kStatuses, language)};
-    return lines;
-}
 
 // Each takes its options into the request and returns what is wrong with them.
 
@@ -125,11 +114,6 @@ Text openingFault(const QString &path)
     if (!file.isReadable())
         return kNoPermission;
     return file.size() == 0 ? kIsEmpty : kNoCapture;
-}
-
-bool hasColours()
-{
-    return console::hasEscapes(console::Stream::Output) && qEnvironmentVariableIsEmpty("NO_COLOR");
 }
 
 //! Serves one command line.
@@ -290,12 +274,12 @@ ExitStatus runAnalyze(const QStringList &words, Language language)
 {
     const Arguments arguments = parseArguments(words, analyzeOptions(), language);
     if (arguments.error.isEmpty() && arguments.has("help"))
-        return printLines(helpLines(language));
+        return printLines(helpLines(kHelp, analyzeOptions(), language));
     Request request;
     request.language = language;
     const QString error = takeArguments(arguments, request);
     if (!error.isEmpty())
         return failUsage(error, inLanguage(kSeeHelp, language));
-    const LogOutput log(request.isVerbose);
+    const LogOutput log(request.isVerbose ? LogLevel::Debug : LogLevel::Info);
     return Analyzer(request).run();
 }

@@ -315,27 +315,7 @@ Cell verdictCell(const CaptureReport &report, Language language)
     return {analysisText(report.verdict, language), styleOfStatus(report.verdict)};
 }
 
-int severity(ExitStatus status)
-{
-    switch (status) {
-    case ExitStatus::Healthy:
-        return 0;
-    case ExitStatus::Abnormal:
-        return 1;
-    case ExitStatus::Failed:
-        return 2;
-    case ExitStatus::Interrupted:
-        break;
-    }
-    return 3;
-}
-
 } // namespace
-
-ExitStatus worse(ExitStatus one, ExitStatus other)
-{
-    return severity(one) < severity(other) ? other : one;
-}
 
 ExitStatus exitStatusOf(const CaptureReport &report)
 {

@@ -1,23 +1,13 @@
 // The outcome of one analysis as a value, and as a report that a person reads.
 #pragma once
 
+#include "exitstatus.h"
 #include "language.h"
 #include "texttable.h"
 
 #include <QtCore/QVariant>
 
 #include <vector>
-
-//! Exit statuses of the program, part of its interface.
-enum class ExitStatus {
-    Healthy = 0,
-    Abnormal = 1,
-    Failed = 2,       //!< could not analyse, could not write what was asked for, or wrong usage
-    Interrupted = 130 //!< ended by Ctrl-C, as shells report it
-};
-
-//! Of two statuses the one that the whole program ends with.
-ExitStatus worse(ExitStatus one, ExitStatus other);
 
 //! What the view model says of one capture; texts are the analysis's own.
 struct CaptureReport

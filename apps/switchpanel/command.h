@@ -1,7 +1,7 @@
 // What a sub-command is.
 #pragma once
 
-#include "capturereport.h"
+#include "exitstatus.h"
 #include "language.h"
 
 #include <QtCore/QStringList>

@@ -25,4 +25,22 @@ int columns(Stream stream);
 //! cannot.
 bool write(Stream stream, const QString &text);
 
+//! Whether somebody can be asked something: standard input is a terminal.
+bool hasKeyboard();
+
+enum class Echo { On, Off };
+
+//! What somebody typed, or why nobody did.
+struct Answer
+{
+    enum class Kind { Line, Ended, Interrupted };
+
+    Kind kind = Kind::Ended; //!< Ended: the end of the input, or there is no terminal
+    QString text;
+};
+
+//! Asks on standard error and waits for a line from the terminal of standard input. Ctrl-C ends the waiting instead of
+//! the program. The terminal is as before afterwards, also when a signal ends the program meanwhile.
+Answer ask(const QString &question, Echo echo);
+
 } // namespace console

@@ -1,5 +1,6 @@
 #include "console.h"
 
+#include <atomic>
 #include <cstdio>
 
 #include <windows.h>
@@ -23,6 +24,40 @@ bool hasMode(HANDLE handle, DWORD flag)
 {
     DWORD mode = 0;
     return GetConsoleMode(handle, &mode) != 0 && (mode & flag) != 0;
+}
+
+HANDLE keyboard()
+{
+    return GetStdHandle(STD_INPUT_HANDLE);
+}
+
+// Set by Ctrl-C while a question waits; the console calls this on a thread of its own.
+std::atomic<bool> isAskingInterrupted{false};
+
+BOOL WINAPI onAskingEvent(DWORD event)
+{
+    if (event != CTRL_C_EVENT)
+        return FALSE;
+    isAskingInterrupted = true;
+    return TRUE;
+}
+
+// Ctrl-C ends the reading with nothing read and ERROR_OPERATION_ABORTED, possibly before its handler has run.
+console::Answer readAnswer()
+{
+    constexpr DWORD kLongestLine = 1'024;
+    wchar_t line[kLongestLine];
+    DWORD count = 0;
+    SetLastError(ERROR_SUCCESS);
+    const bool isRead = ReadConsoleW(keyboard(), line, kLongestLine, &count, nullptr) != 0;
+    if (isAskingInterrupted || GetLastError() == ERROR_OPERATION_ABORTED)
+        return {console::Answer::Kind::Interrupted, {}};
+    if (!isRead || count == 0)
+        return {};
+    QString text = QString::fromWCharArray(line, static_cast<int>(count));
+    while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r')))
+        text.chop(1);
+    return {console::Answer::Kind::Line, text};
 }
 
 bool writeConsole(HANDLE handle, const QString &text)
@@ -78,6 +113,30 @@ bool write(Stream stream, const QString &text)
     std::FILE *file = stream == Stream::Output ? stdout : stderr;
     const auto size = static_cast<std::size_t>(bytes.size());
     return std::fwrite(bytes.constData(), 1, size, file) == size && std::fflush(file) == 0;
+}
+
+bool hasKeyboard()
+{
+    return isConsole(keyboard());
+}
+
+Answer ask(const QString &question, Echo echo)
+{
+    if (!hasKeyboard())
+        return {};
+    DWORD previous = 0;
+    GetConsoleMode(keyboard(), &previous);
+    isAskingInterrupted = false;
+    SetConsoleCtrlHandler(onAskingEvent, TRUE);
+    constexpr DWORD kLines = ENABLE_LINE_INPUT | ENABLE_PROCESSED_INPUT;
+    SetConsoleMode(keyboard(), echo == Echo::On ? kLines | ENABLE_ECHO_INPUT : kLines);
+    write(Stream::Error, question);
+    const Answer answer = readAnswer();
+    SetConsoleMode(keyboard(), previous);
+    SetConsoleCtrlHandler(onAskingEvent, FALSE);
+    if (echo == Echo::Off || answer.kind == Answer::Kind::Interrupted)
+        write(Stream::Error, QStringLiteral("\n"));
+    return answer;
 }
 
 } // namespace console

@@ -2,6 +2,12 @@
 
 #include <QtCore/QLocale>
 
+namespace {
+
+constexpr Text kUnknownLanguage{"--lang takes zh or en, not '%1'", "--lang 只能是 zh 或 en，不能是“%1”"};
+
+} // namespace
+
 QString inLanguage(const Text &text, Language language, const QStringList &values)
 {
     const QString pattern = QString::fromUtf8(language == Language::Chinese ? text.chinese : text.english);
@@ -38,4 +44,9 @@ bool parseLanguage(const QString &code, Language &language)
 Language systemLanguage()
 {
     return QLocale::system().language() == QLocale::Chinese ? Language::Chinese : Language::English;
+}
+
+QString languageError(const QString &value, Language language)
+{
+    return inLanguage(kUnknownLanguage, language, {value});
 }

@@ -25,3 +25,6 @@ bool parseLanguage(const QString &code, Language &language);
 
 //! Chinese where the system's locale is any Chinese one, otherwise English.
 Language systemLanguage();
+
+//! What is wrong with this value of --lang.
+QString languageError(const QString &value, Language language);

@@ -10,21 +10,24 @@
 namespace {
 
 std::atomic<int> warnings{0};
+std::atomic<bool> isInfoShown{true};
 
 void writeMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
     const bool isWarning = type != QtDebugMsg && type != QtInfoMsg;
-    console::write(console::Stream::Error, QStringLiteral("switchpanel: ") + message + QLatin1Char('\n'));
+    if (type != QtInfoMsg || isInfoShown)
+        console::write(console::Stream::Error, QStringLiteral("switchpanel: ") + message + QLatin1Char('\n'));
     if (isWarning)
         ++warnings;
 }
 
 } // namespace
 
-LogOutput::LogOutput(bool isVerbose)
+LogOutput::LogOutput(LogLevel level)
 {
-    QLoggingCategory::setFilterRules(isVerbose ? QStringLiteral("default.debug=true")
-                                               : QStringLiteral("*.debug=false"));
+    isInfoShown = level != LogLevel::Warning;
+    QLoggingCategory::setFilterRules(level == LogLevel::Debug ? QStringLiteral("default.debug=true")
+                                                              : QStringLiteral("*.debug=false"));
     qInstallMessageHandler(writeMessage);
 }
 

@@ -1,15 +1,18 @@
 // The program's log: Qt's messages on standard error, in the program's own form.
 #pragma once
 
+//! The least important messages that are shown.
+enum class LogLevel { Warning, Info, Debug };
+
 /*!
-    While it lives, warnings and worse of the libraries appear on standard error as "switchpanel: text"; debug messages
-   only when asked for, by `isVerbose` or by QT_LOGGING_RULES, which has the last word. Switched-off debug messages cost
-   nothing. One object at a time, on the main thread; messages may come from any thread.
+    While it lives, the libraries' messages of the level and above appear on standard error as "switchpanel: text";
+   debug messages only when asked for, by `level` or by QT_LOGGING_RULES, which has the last word. Switched-off debug
+   messages cost nothing. One object at a time, on the main thread; messages may come from any thread.
 */
 class LogOutput
 {
 public:
-    explicit LogOutput(bool isVerbose);
+    explicit LogOutput(LogLevel level);
     ~LogOutput();
     LogOutput(const LogOutput &) = delete;
     LogOutput &operator=(const LogOutput &) = delete;

@@ -1,7 +1,14 @@
 #include "program.h"
 
 #include "analyzecommand.h"
+#include "applycommand.h"
 #include "commandline.h"
+#include "configurationcommands.h"
+#include "connectcommand.h"
+#include "maintenancecommands.h"
+#include "portscommand.h"
+#include "querycommand.h"
+#include "simulatecommand.h"
 #include "texttable.h"
 #include "userio.h"
 
@@ -13,6 +20,16 @@ namespace {
 
 constexpr Command kCommands[] = {
     {"analyze", {"judge the PTP traffic in captures", "分析抓包文件中的PTP报文"}, runAnalyze},
+    {"ports", {"list the serial ports", "列出串口"}, runPorts},
+    {"connect", {"log in to a switch and tell what it is", "登录交换机并显示其信息"}, runConnect},
+    {"query", {"ask a switch for its status", "查询交换机状态"}, runQuery},
+    {"apply", {"change settings of a switch", "修改交换机配置"}, runApply},
+    {"save", {"save the configuration on the switch", "在交换机上保存配置"}, runSave},
+    {"clear", {"erase the configuration of a switch", "清空交换机配置"}, runClear},
+    {"export", {"write the configuration of a switch to a file", "将交换机配置导出到文件"}, runExport},
+    {"import", {"send a file of commands to a switch", "将命令文件发送给交换机"}, runImport},
+    {"clean-export", {"turn an export into a file of commands", "将导出文件转换为命令文件"}, runCleanExport},
+    {"simulate", {"run a simulated switch", "运行模拟交换机"}, runSimulate},
 };
 
 constexpr Text kUsage{"usage: switchpanel COMMAND [ARGUMENTS]", "用法：switchpanel 命令 [参数]"};

@@ -3,16 +3,10 @@
 #include "console.h"
 #include "texttable.h"
 
-namespace {
-
-constexpr Text kUnknownLanguage{"--lang takes zh or en, not '%1'", "--lang 只能是 zh 或 en，不能是“%1”"};
-
-} // namespace
-
 ExitStatus printLines(const QStringList &lines)
 {
     const QString text = lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
-    return console::write(console::Stream::Output, text) ? ExitStatus::Healthy : ExitStatus::Failed;
+    return console::write(console::Stream::Output, text) ? ExitStatus::Done : ExitStatus::Failed;
 }
 
 void printError(const QString &text)
@@ -27,7 +21,7 @@ ExitStatus failUsage(const QString &reason, const QString &advice)
     return ExitStatus::Failed;
 }
 
-QString languageError(const QString &value, Language language)
+bool hasColours()
 {
-    return inLanguage(kUnknownLanguage, language, {value});
+    return console::hasEscapes(console::Stream::Output) && qEnvironmentVariableIsEmpty("NO_COLOR");
 }

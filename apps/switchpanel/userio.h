@@ -1,7 +1,7 @@
 // What every sub-command says in the same way.
 #pragma once
 
-#include "capturereport.h"
+#include "exitstatus.h"
 #include "language.h"
 
 #include <QtCore/QStringList>
@@ -15,5 +15,5 @@ void printError(const QString &text);
 //! Tells what is wrong with the command line and where help is.
 ExitStatus failUsage(const QString &reason, const QString &advice);
 
-//! What is wrong with this value of --lang.
-QString languageError(const QString &value, Language language);
+//! Whether standard output is to have colours: a terminal that understands them, and NO_COLOR is not set.
+bool hasColours();

@@ -282,6 +282,13 @@ void TestCatalogue::english_everyTextOfTheSources_isTranslated_data()
         portTexts += chineseTexts(path);
     QVERIFY(!portTexts.isEmpty());
     add(kConsolePort, portTexts);
+
+    QList<Found> sessionTexts;
+    const QStringList session = sourceFiles(QStringLiteral("platform/switchdevicebll/src"));
+    for (const QString &path : session)
+        sessionTexts += chineseTexts(path);
+    QVERIFY(!sessionTexts.isEmpty());
+    add(kSwitchDevice, sessionTexts);
 }
 
 void TestCatalogue::english_everyTextOfTheSources_isTranslated()

@@ -168,6 +168,14 @@
         <translation> failed, please try again...</translation>
     </message>
     <message>
+        <source>导出文件写入失败：</source>
+        <translation>Cannot write to the export file: </translation>
+    </message>
+    <message>
+        <source>导出文件无法打开：</source>
+        <translation>Cannot open the export file: </translation>
+    </message>
+    <message>
         <source>端口状态信息:</source>
         <translation>Port status:</translation>
     </message>
@@ -226,6 +234,34 @@
     <message>
         <source>未检测到光模块</source>
         <translation> no optical module detected</translation>
+    </message>
+    <message>
+        <source>交换机询问“%1”，已回答 N</source>
+        <translation>the switch asked "%1" and was answered N</translation>
+    </message>
+    <message>
+        <source>交换机已退出登录，有 %1 条命令没有执行</source>
+        <translation>the switch has ended the login, %1 commands were not carried out</translation>
+    </message>
+    <message>
+        <source>前面的命令被拒绝，没有执行 %1</source>
+        <translation>a command before was refused, so %1 was not carried out</translation>
+    </message>
+    <message>
+        <source>交换机拒绝了命令 %1：%2</source>
+        <translation>the switch has refused the command %1: %2</translation>
+    </message>
+    <message>
+        <source>命令 %1 的应答不完整</source>
+        <translation>the reply to the command %1 is incomplete</translation>
+    </message>
+    <message>
+        <source>命令 %1 的应答超过 16 MiB，其余部分被丢弃</source>
+        <translation>the reply to the command %1 is longer than 16 MiB, the rest was dropped</translation>
+    </message>
+    <message>
+        <source>交换机没有应答，请检查连接线和波特率</source>
+        <translation>the switch does not answer, check the cable and the baud rate</translation>
     </message>
 </context>
 <context>

@@ -11,6 +11,8 @@ QString effectText(const Effect &effect)
     switch (effect.kind) {
     case Effect::Kind::Info:
         return QStringLiteral("info ") + text;
+    case Effect::Kind::InfoDetailed:
+        return QStringLiteral("info detailed ") + text;
     case Effect::Kind::InfoTranslated:
         return QStringLiteral("info translated ") + text;
     case Effect::Kind::InfoEveryLine:
@@ -69,16 +71,17 @@ public:
     QStringList lines;
 };
 
-void addMirroring(const reply::ReplyText &text, const Question &question, Report &report)
+void addMirroring(int section, const reply::ReplyText &text, const Question &question, Report &report)
 {
     const auto mirrored = readPortMirroring(text, question.naming);
     if (!mirrored)
         return;
     for (const reply::PortMirroring &port : *mirrored) {
         report.add(
-            7, QStringLiteral("mirroring %1: %2 to %3").arg(port.id).arg(port.sourcePort).arg(port.destinationPort));
+            section,
+            QStringLiteral("mirroring %1: %2 to %3").arg(port.id).arg(port.sourcePort).arg(port.destinationPort));
     }
-    report.add(7, QStringLiteral("waiting ended"));
+    report.add(section, QStringLiteral("waiting ended"));
 }
 
 void addConfiguration(const reply::ReplyText &text, const Question &question, Report &report)
@@ -109,6 +112,35 @@ void addNotices(const reply::ReplyText &text, Report &report)
         report.add(15, QStringLiteral("command error"));
     if (isRebootNotice(text))
         report.add(16, QStringLiteral("reboot"));
+}
+
+void addMirroringGroups(const reply::ReplyText &text, Report &report)
+{
+    const auto groups = readHua3MirroringGroups(text);
+    if (!groups)
+        return;
+    if (!groups->isEmpty())
+        report.add(8, QStringLiteral("groups ") + QString(*groups).replace(QLatin1Char('\n'), QLatin1Char('|')));
+    report.add(8, QStringLiteral("waiting ended"));
+}
+
+void addHua3Listings(const reply::ReplyText &text, const Question &question, Report &report)
+{
+    if (isAnswerTo(question, reply::kMulticastTableLabel))
+        report.add(1, describe(readHua3MulticastTable(text)));
+    if (isAnswerTo(question, reply::kIpConflictLabel))
+        report.add(2, describe(readHua3IpConflicts(text)));
+    report.add(3, describe(readHua3PortStatus(text)));
+    report.add(4, describe(readHua3VlanSummary(text)));
+    report.add(5, describe(readHua3Snooping(text)));
+    report.add(6, describe(readHua3Querier(text)));
+    report.add(7, describe(readHua3LinkAggregation(text)));
+    addMirroringGroups(text, report);
+    report.add(9, describe(readHua3PoeInterfaces(text)));
+    report.add(10, describe(readHua3PoeUsage(text)));
+    report.add(11, describe(readHua3ForwardingTable(text)));
+    report.add(12, describe(readHua3OpticalPorts(text)));
+    addMirroring(13, text, question, report);
 }
 
 } // namespace
@@ -179,7 +211,7 @@ QStringList describeReply(const QByteArray &bytes, Question question)
     addQueryAnswers(text, question, report);
     report.add(5, describe(readOpticalPorts(text)));
     report.add(6, describe(readVlanListing(text)));
-    addMirroring(text, question, report);
+    addMirroring(7, text, question, report);
     addConfiguration(text, question, report);
     report.add(9, describe(readPoePower(text)));
     if (isTransceiverListing(text))
@@ -189,5 +221,22 @@ QStringList describeReply(const QByteArray &bytes, Question question)
     if (prompt != LoginPrompt::None)
         report.add(12, describe(prompt));
     addNotices(text, report);
+    return report.lines;
+}
+
+QStringList describeHua3Reply(const QByteArray &bytes, const Question &question)
+{
+    const reply::ReplyText text(bytes);
+    Report report;
+    addHua3Listings(text, question, report);
+    const LoginPrompt prompt = readHua3LoginPrompt(text, question.isLoggedIn);
+    if (prompt != LoginPrompt::None)
+        report.add(14, describe(prompt));
+    if (const auto inventory = readHua3Ports(text, question.naming, question.isAggregationSwitch))
+        report.add(15, describe(*inventory));
+    if (isHua3TransceiverListing(text))
+        report.add(16, describe(readTransceivers(text, question.naming)));
+    if (isRebootNotice(text))
+        report.add(17, QStringLiteral("reboot"));
     return report.lines;
 }

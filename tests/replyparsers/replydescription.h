@@ -1,6 +1,7 @@
 // What the parsers make of a reply, as lines of text that a test can compare and a person can read.
 #pragma once
 
+#include "hua3replyparser.h"
 #include "huaweireplyparser.h"
 
 #include <QtCore/QStringList>
@@ -23,3 +24,5 @@ QString describe(reply::LoginPrompt prompt);
 
 //! Everything, in the order in which the view model applies it; each line begins with the number of its section.
 QStringList describeReply(const QByteArray &bytes, Question question);
+//! The same by the sections of the Hua3 family, which has its own numbers.
+QStringList describeHua3Reply(const QByteArray &bytes, const Question &question);

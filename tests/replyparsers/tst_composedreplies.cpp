@@ -25,6 +25,8 @@ const InterfaceNamingProfile &namingCalled(const QString &name)
         return huaweiNaming();
     if (name == QLatin1String("huawei-sub"))
         return huaweiSubModelNaming();
+    if (name == QLatin1String("hua3"))
+        return hua3Naming();
     qFatal("no naming %s", qPrintable(name));
 }
 
@@ -95,7 +97,10 @@ void TestComposedReplies::reply_isReadAsExpected()
 {
     QFETCH(QString, path);
     const QJsonObject reading = readingBeside(path);
-    const QStringList actual = describeReply(contents(path), questionIn(reading));
+    const bool isHua3 = reading.value(QLatin1String("naming")) == QLatin1String("hua3");
+    const Question question = questionIn(reading);
+    const QStringList actual =
+        isHua3 ? describeHua3Reply(contents(path), question) : describeReply(contents(path), question);
     const QStringList expected = expectedIn(reading);
     if (actual != expected)
         QFAIL(qPrintable(difference(actual, expected)));

@@ -135,10 +135,10 @@ class TestLinePattern : public QObject
     Q_OBJECT
 
 private slots:
-    void linearPattern_findsWhatTheEngineFinds_data();
-    void linearPattern_findsWhatTheEngineFinds();
-    void otherPattern_goesToItsEngine_data();
-    void otherPattern_goesToItsEngine();
+    void pattern_findsWhatTheEngineFinds_data();
+    void pattern_findsWhatTheEngineFinds();
+    void otherPattern_isInvalidAndFindsNothing_data();
+    void otherPattern_isInvalidAndFindsNothing();
     void brokenPattern_findsNothing_data();
     void brokenPattern_findsNothing();
     void lineOf1024Characters_isTheLongestSearched();
@@ -149,7 +149,7 @@ private slots:
     void number_isZeroWhenItIsNone();
 };
 
-void TestLinePattern::linearPattern_findsWhatTheEngineFinds_data()
+void TestLinePattern::pattern_findsWhatTheEngineFinds_data()
 {
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<Dialect>("dialect");
@@ -169,26 +169,26 @@ void TestLinePattern::linearPattern_findsWhatTheEngineFinds_data()
     }
 }
 
-void TestLinePattern::linearPattern_findsWhatTheEngineFinds()
+void TestLinePattern::pattern_findsWhatTheEngineFinds()
 {
     QFETCH(QString, pattern);
     QFETCH(Dialect, dialect);
-    const LinePattern linear(pattern, dialect);
+    const LinePattern ours(pattern, dialect);
     const Engine engine = engineOf(pattern, dialect);
-    QVERIFY(linear.isLinear());
+    QVERIFY(ours.isValid());
     LineMaker maker;
     int matches = 0;
     for (int i = 0; i < 3000; ++i) {
         const QString line = maker.line();
         const Found expected = engine(line);
-        if (found(linear, line) != expected)
+        if (found(ours, line) != expected)
             QFAIL(qPrintable(QStringLiteral("[%1] is searched differently").arg(line)));
         matches += expected.isEmpty() ? 0 : 1;
     }
     QVERIFY2(matches > 0, "no line matched");
 }
 
-void TestLinePattern::otherPattern_goesToItsEngine_data()
+void TestLinePattern::otherPattern_isInvalidAndFindsNothing_data()
 {
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<Dialect>("dialect");
@@ -196,7 +196,7 @@ void TestLinePattern::otherPattern_goesToItsEngine_data()
     const QString line = QStringLiteral("端口 GE0/0/12 up");
     for (const char *pattern :
          {"GE(\\d+/\\d+/\\d+)\\s*(up|down)", "G.(0/0/(\\d+))", "(?:GE|XGE)(\\d+)", "\\d+(\\d)", "x?GE", "[A-Z]+\\d",
-          "(端|x)", "^GE", "\\w+(\\d{2})", "(G)(E)(0)", "\\s*\\s+G", "(\\d+)\\d*"})
+          "(端|x)", "^端", "(\\d{2})", "(G)(E)(0)", "\\s*\\s+G", "(\\d+)\\d*"})
     {
         QTest::addRow("ECMAScript %s", pattern) << QString::fromUtf8(pattern) << Dialect::EcmaScript << line;
         QTest::addRow("QRegExp %s", pattern) << QString::fromUtf8(pattern) << Dialect::QtRegExp << line;
@@ -204,14 +204,15 @@ void TestLinePattern::otherPattern_goesToItsEngine_data()
     QTest::newRow("group left out") << QStringLiteral("(x)?GE(\\d+)") << Dialect::EcmaScript << line;
 }
 
-void TestLinePattern::otherPattern_goesToItsEngine()
+void TestLinePattern::otherPattern_isInvalidAndFindsNothing()
 {
     QFETCH(QString, pattern);
     QFETCH(Dialect, dialect);
     QFETCH(QString, line);
     const LinePattern linePattern(pattern, dialect);
-    QVERIFY(!linePattern.isLinear());
-    QCOMPARE(found(linePattern, line), engineOf(pattern, dialect)(line));
+    QVERIFY(!engineOf(pattern, dialect)(line).isEmpty()); // the engine knows it, and the line fits
+    QVERIFY(!linePattern.isValid());
+    QVERIFY(!linePattern.firstMatch(line));
 }
 
 void TestLinePattern::brokenPattern_findsNothing_data()
@@ -225,19 +226,20 @@ void TestLinePattern::brokenPattern_findsNothing_data()
 void TestLinePattern::brokenPattern_findsNothing()
 {
     QFETCH(QString, pattern);
-    for (const Dialect dialect : {Dialect::EcmaScript, Dialect::QtRegExp})
-        QVERIFY(!LinePattern(pattern, dialect).firstMatch(QStringLiteral("GE0/0/1)")));
+    for (const Dialect dialect : {Dialect::EcmaScript, Dialect::QtRegExp}) {
+        const LinePattern linePattern(pattern, dialect);
+        QVERIFY(!linePattern.isValid());
+        QVERIFY(!linePattern.firstMatch(QStringLiteral("GE0/0/1)")));
+    }
 }
 
 void TestLinePattern::lineOf1024Characters_isTheLongestSearched()
 {
     const QString name = QStringLiteral("GE0/0/1");
-    for (const char *pattern : {"GE(\\d+/\\d+/\\d+)", "GE(\\d+/\\d+/\\d)(x|$)"}) {
-        for (const Dialect dialect : {Dialect::EcmaScript, Dialect::QtRegExp}) {
-            const LinePattern linePattern(QString::fromLatin1(pattern), dialect);
-            QVERIFY(linePattern.firstMatch(name.rightJustified(1024, QLatin1Char('.'))));
-            QVERIFY(!linePattern.firstMatch(name.rightJustified(1025, QLatin1Char('.'))));
-        }
+    for (const Dialect dialect : {Dialect::EcmaScript, Dialect::QtRegExp}) {
+        const LinePattern linePattern(QStringLiteral("GE(\\d+/\\d+/\\d+)"), dialect);
+        QVERIFY(linePattern.firstMatch(name.rightJustified(1024, QLatin1Char('.'))));
+        QVERIFY(!linePattern.firstMatch(name.rightJustified(1025, QLatin1Char('.'))));
     }
 }
 
@@ -248,8 +250,6 @@ void TestLinePattern::value_isGroupOneOrTheWholeMatch()
              QStringLiteral("0"));
     QCOMPARE(LinePattern(QStringLiteral("GE\\d+/"), Dialect::EcmaScript).firstMatch(line)->value().toString(),
              QStringLiteral("GE0/"));
-    QCOMPARE(LinePattern(QStringLiteral("GE\\d+|up"), Dialect::EcmaScript).firstMatch(line)->value().toString(),
-             QStringLiteral("up"));
 }
 
 void TestLinePattern::behindDigit_looksAtTheCharacterBefore_data()
@@ -267,10 +267,8 @@ void TestLinePattern::behindDigit_looksAtTheCharacterBefore()
 {
     QFETCH(QString, line);
     const QString pattern = huaweiSubModelNaming().downPortPattern;
-    for (const Dialect dialect : {Dialect::EcmaScript, Dialect::QtRegExp}) {
+    for (const Dialect dialect : {Dialect::EcmaScript, Dialect::QtRegExp})
         QTEST(LinePattern(pattern, dialect).firstMatch(line)->isBehindDigit(), "isBehindDigit");
-        QTEST(LinePattern(pattern + QStringLiteral("|x"), dialect).firstMatch(line)->isBehindDigit(), "isBehindDigit");
-    }
 }
 
 void TestLinePattern::number_isZeroWhenItIsNone_data()

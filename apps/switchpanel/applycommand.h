@@ -1,0 +1,6 @@
+// switchpanel apply: the panel's settings.
+#pragma once
+
+#include "command.h"
+
+ExitStatus runApply(const QStringList &words, Language language);

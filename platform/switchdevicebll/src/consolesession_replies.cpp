@@ -1,0 +1,139 @@
+#include "consolesession.h"
+
+#include <utility>
+
+namespace ovra {
+namespace bll {
+
+namespace {
+
+constexpr int kLargestReply = 16 * 1024 * 1024;
+
+} // namespace
+
+void ConsoleSession::closeSegment()
+{
+    _block.reply += _exchange.isLogin ? loginReply(_screen.segment()) : commandReply();
+    _screen.beginSegment();
+}
+
+QByteArray ConsoleSession::commandReply()
+{
+    const QByteArray text = _screen.segment();
+    const QByteArray answer = text.mid(_exchange.echoEnd);
+    const bool isCommandLine = !_exchange.line.trimmed().isEmpty();
+    if (const auto refusal = isCommandLine ? refusalIn(facts(), _exchange.line, answer) : std::nullopt) {
+        _block.isRefused = true;
+        warn(QStringLiteral("交换机拒绝了命令 %1：%2"), {shownLine(), QString::fromUtf8(*refusal)});
+    }
+    const RuledReply ruled = applyReplyRules(_description->replyRules, _exchange.line, answer);
+    for (const QString &rule : ruled.fired)
+        debug(rule);
+    return text.left(_exchange.echoEnd) + ruled.reply;
+}
+
+// Log lines are dropped: a bracket in one of them would pass for a login.
+QByteArray ConsoleSession::loginReply(const QByteArray &text)
+{
+    const RuledReply ruled =
+        applyLoginRules(_description->replyRules, withoutLogLines(text.mid(_exchange.echoEnd)));
+    for (const QString &rule : ruled.fired)
+        debug(rule);
+    return _exchange.isOwn ? ruled.reply : text.left(_exchange.echoEnd) + ruled.reply;
+}
+
+void ConsoleSession::closeAndFinish()
+{
+    closeSegment();
+    finish();
+}
+
+// A block that needed no typing is answered with an empty line, which nobody takes for anything.
+void ConsoleSession::finish()
+{
+    deliver(_block.reply.isEmpty() ? QByteArrayLiteral("\r\n") : _block.reply.left(kLargestReply));
+    _wasEmpty = false;
+}
+
+void ConsoleSession::finishRestart()
+{
+    closeSegment();
+    loseLogin();
+    _restartedAt = _now;
+    finish();
+}
+
+// The switch or the port has fallen silent in the middle.
+void ConsoleSession::finishBroken()
+{
+    if (_state == State::Answering && !_exchange.isLogin)
+        closeSegment();
+    if (_block.reply.isEmpty())
+        return finishUnanswered();
+    warn(QStringLiteral("命令 %1 的应答不完整"), {shownLine()});
+    finish();
+}
+
+void ConsoleSession::finishFlooded()
+{
+    _isFlooded = true;
+    if (_state == State::Answering && !_exchange.isLogin)
+        closeSegment();
+    if (_block.reply.isEmpty())
+        return finishUnanswered();
+    warn(QStringLiteral("命令 %1 的应答超过 16 MiB，其余部分被丢弃"), {shownLine()});
+    finish();
+}
+
+void ConsoleSession::finishUnanswered()
+{
+    const bool isEmptyAllowed = !_wasEmpty && (_isOpen || !_isToldClosed);
+    _isToldClosed = _isToldClosed || !_isOpen;
+    if (isEmptyAllowed) {
+        deliver({});
+        _wasEmpty = true;
+        return;
+    }
+    warn(QStringLiteral("交换机没有应答，请检查连接线和波特率"));
+    deliver("\r\n");
+    _wasEmpty = false;
+}
+
+void ConsoleSession::deliver(const QByteArray &reply)
+{
+    debug(QStringLiteral("reply of %1 bytes").arg(reply.size()));
+    SessionAction action;
+    action.kind = SessionAction::Kind::Deliver;
+    action.bytes = reply;
+    _actions.push_back(std::move(action));
+    _state = State::Idle;
+    _block = {};
+    _exchange = {};
+    _notice = Notice::None;
+    _screen.beginSegment();
+}
+
+QString ConsoleSession::shownLine() const
+{
+    return _exchange.isSecret ? QStringLiteral("****") : QString::fromUtf8(_exchange.line);
+}
+
+void ConsoleSession::debug(const QString &text)
+{
+    SessionAction action;
+    action.kind = SessionAction::Kind::Debug;
+    action.text = text;
+    _actions.push_back(std::move(action));
+}
+
+void ConsoleSession::warn(const QString &text, const QStringList &values)
+{
+    SessionAction action;
+    action.kind = SessionAction::Kind::Warning;
+    action.text = text;
+    action.values = values;
+    _actions.push_back(std::move(action));
+}
+
+} // namespace bll
+} // namespace ovra
