@@ -62,12 +62,14 @@ void SwitchDeviceViewModel::slot_deviceCommunicate()
         SwitchDeviceViewModel *const viewModel = self->viewModel;
         if (!viewModel)
             return;
-        if (isOpen)
+        if (isOpen) {
             QMetaObject::invokeMethod(
                 viewModel, [viewModel, session] { viewModel->wakeConsole(session); }, Qt::QueuedConnection);
-        else
-            emit viewModel->showToast(
-                viewModel->lxTr(QStringLiteral("串口打开失败")) + device->getCommPtr()->errorInfo(), kInformation);
+            return;
+        }
+        const ConsoleportComm *const comm = device->getCommPtr();
+        const QString reason = comm ? comm->errorInfo() : QString();
+        emit viewModel->showToast(viewModel->lxTr(QStringLiteral("串口打开失败")) + reason, kInformation);
     };
     QMetaObject::invokeMethod(_d->device, open, Qt::QueuedConnection);
 }

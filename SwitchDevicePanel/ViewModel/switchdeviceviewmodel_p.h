@@ -7,6 +7,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QMap>
 #include <QtCore/QMutex>
+#include <QtCore/QSharedPointer>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 
@@ -218,6 +219,6 @@ struct SwitchDeviceViewModel::Private
     lumen::trans::Translator *translator = nullptr; // owned by the language manager
     ovra::bll::SwitchDevice *device = nullptr;      // process-wide singleton
     std::unique_ptr<PacketAnalysisViewModel> packetAnalysis;
-    std::shared_ptr<SelfReference> self = std::make_shared<SelfReference>();
+    QSharedPointer<SelfReference> self = QSharedPointer<SelfReference>::create();
     QThread *auxiliaryThreads[2] = {nullptr, nullptr};
 };

@@ -7,7 +7,8 @@
 
 #include <QtCore/QFile>
 
-#include <optional>
+#include <atomic>
+#include <memory>
 
 namespace {
 
@@ -33,11 +34,6 @@ private:
     const QString _name;
 };
 
-bool isShowing(const QByteArray &command)
-{
-    return command.startsWith("display ");
-}
-
 // A listing as a person saved it, with any line ends.
 QByteArray withLineEnds(QByteArray listing)
 {
@@ -54,6 +50,14 @@ ListingConsole::Reply replyFromFile(const QByteArray &listing)
     };
 }
 
+// Once the inventory is read, nothing is to be said any more: an answer would be one to a switch that is not there.
+ListingConsole::Reply replyWhile(std::shared_ptr<const std::atomic<bool>> isAsked, ListingConsole::Reply reply)
+{
+    return [isAsked = std::move(isAsked), reply = std::move(reply)](const QByteArray &command) {
+        return *isAsked ? reply(command) : QByteArray();
+    };
+}
+
 // The simulated switch is asked in its own time, which passes in no time here.
 ListingConsole::Reply replyFromSimulator(simulator::SimulatorOptions options)
 {
@@ -64,8 +68,6 @@ ListingConsole::Reply replyFromSimulator(simulator::SimulatorOptions options)
     const auto terminal = std::make_shared<simulator::MemoryTerminal>(options);
     terminal->settle();
     return [terminal](const QByteArray &command) {
-        if (!isShowing(command))
-            return QByteArray();
         QByteArray shown = terminal->exchange(command + '\r');
         shown.remove(0, shown.indexOf('\n') + 1);       // the echo
         return shown.left(shown.lastIndexOf('\n') + 1); // but for the prompt
@@ -102,7 +104,8 @@ DryRun dryRun(const ConnectionRequest &request, const QString &listingFile, cons
         return result;
     const QString name =
         listingFile.isEmpty() ? QStringLiteral("sim:") + familyName(request.family) : QString(listingFile);
-    const RegisteredConsole console(name, reply);
+    const auto isAsked = std::make_shared<std::atomic<bool>>(true);
+    const RegisteredConsole console(name, replyWhile(isAsked, reply));
     ConnectionRequest here = request;
     here.port = console.name();
     here.simulated.clear();
@@ -111,6 +114,7 @@ DryRun dryRun(const ConnectionRequest &request, const QString &listingFile, cons
     result.outcome = session.connectDevice();
     if (result.outcome.status != ExitStatus::Done)
         return result;
+    *isAsked = false;
     session.viewModel().setCommandObserver([&result](const QString &label, const QByteArray &bytes) {
         result.blocks.push_back({label, bytes});
     });

@@ -90,8 +90,9 @@ void SwitchSession::fail(ExitStatus status, const QString &reason)
 
 void SwitchSession::onToast(const QString &text)
 {
+    // The serial port's own warning has said why.
     if (text.startsWith(translated(kOpenFailed)))
-        return fail(ExitStatus::Failed, text);
+        return fail(ExitStatus::Failed, LogOutput::warningCount() == _warnings ? text : QString());
     bool isSaidElsewhere = text.isEmpty() || text == translated(kLoginFailed) || text == translated(kDisconnected);
     for (const char *known : kAskedForHere)
         isSaidElsewhere = isSaidElsewhere || text == translated(known);
@@ -182,6 +183,7 @@ void SwitchSession::setUp(const QString &portName)
 Outcome SwitchSession::connectDevice()
 {
     _elapsed.start();
+    _warnings = LogOutput::warningCount();
     const QString portName = _request.isSimulated() ? openSimulated() : _request.port;
     if (_hasEnded)
         return _end;
@@ -195,7 +197,7 @@ Outcome SwitchSession::connectDevice()
 Outcome SwitchSession::run(const SwitchAction &action)
 {
     _results.clear();
-    const int warnings = LogOutput::warningCount();
+    _warnings = LogOutput::warningCount();
     const QString error = action(*_viewModel);
     if (!error.isEmpty())
         return {ExitStatus::Failed, error};
@@ -203,7 +205,7 @@ Outcome SwitchSession::run(const SwitchAction &action)
     if (outcome.status != ExitStatus::Done)
         return outcome;
     settleLog();
-    return LogOutput::warningCount() == warnings ? outcome : Outcome{ExitStatus::Refused, say(kRefused)};
+    return LogOutput::warningCount() == _warnings ? outcome : Outcome{ExitStatus::Refused, say(kRefused)};
 }
 
 // Until there is something to report. Later calls report the same end again.

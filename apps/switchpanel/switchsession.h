@@ -94,6 +94,8 @@ private:
     QElapsedTimer _elapsed;
     qint64 _askingMsecs = 0; // time that the user took, which counts for nobody
 
+    int _warnings = 0; // before what is under way
+
     Outcome _end;
     bool _hasEnded = false;
     bool _hasBegun = false;

@@ -102,6 +102,7 @@ private slots:
     void deviceCommunicate_portThatDoesNotOpen_saysWhy_data();
     void deviceCommunicate_portThatDoesNotOpen_saysWhy();
     void deviceCommunicate_failureToast_comesFromTheSessionsThread();
+    void deviceCommunicate_withoutALink_saysNoReason();
     void deviceCommunicate_wakeUpLine_isQueuedOnTheOwnThread();
     void disconnect_whileThePortOpens_wakesNothing();
     void disconnect_thenConnect_wakesOnce();
@@ -231,6 +232,17 @@ void TestSwitchDeviceViewModelConnection::deviceCommunicate_failureToast_comesFr
     QCOMPARE(toasts.toasts().size(), 2);
     QCOMPARE(toasts.toasts().at(0).thread, QThread::currentThread());
     QCOMPARE(toasts.toasts().at(1).thread, platform().sessionThread());
+}
+
+void TestSwitchDeviceViewModelConnection::deviceCommunicate_withoutALink_saysNoReason()
+{
+    ConsoleScene scene;
+    platform().setOpenResult(false, QStringLiteral("unseen"));
+    platform().setHasComm(false);
+    const ToastLog toasts(&scene.viewModel());
+    scene->deviceCommunicate();
+    platform().waitForSession();
+    QCOMPARE(toasts.texts().last(), QStringLiteral("串口打开失败, 0"));
 }
 
 void TestSwitchDeviceViewModelConnection::deviceCommunicate_wakeUpLine_isQueuedOnTheOwnThread()

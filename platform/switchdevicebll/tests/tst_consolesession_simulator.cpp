@@ -298,7 +298,7 @@ void TestConsoleSessionSimulator::reboot_bootTextBelongsToNoReply()
     QVERIFY2(reply.endsWith("Username:") || reply.endsWith("Login: "), reply.constData());
     for (const char *text : {"BIOS", "BOOT", "Press", "Decompressing", "reboot"})
         QVERIFY2(!reply.contains(text), reply.constData());
-    QCOMPARE(person.bench.sent, QByteArray("\r"));
+    QVERIFY(!person.bench.sent.contains("display"));
     QVERIFY(person.logIn().endsWith('>'));
 }
 

@@ -1,0 +1,2 @@
+#include <QtTest/QTest>
+int main() { return 0; }
