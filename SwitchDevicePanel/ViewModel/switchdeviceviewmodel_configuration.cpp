@@ -165,7 +165,9 @@ void SwitchDeviceViewModel::FeatureSender::sendMulticast()
     _config.setWildcard(_d.model.naming.portSeparator);
     _config.setCurrentMulticastStatus(_d.multicast.status);
     _config.setSwitchType(isAggregation() ? QStringLiteral("aggregation") : QStringLiteral("access"));
-    enqueue("组播", commandBlock(_config.getMulticastCommands() + _config.getMulticastQueryCommands()));
+    QByteArray block = commandBlock(_config.getMulticastCommands());
+    appendCommands(block, _config.getMulticastQueryCommands());
+    enqueue("组播", block);
 }
 
 void SwitchDeviceViewModel::FeatureSender::sendQuerier()
@@ -173,7 +175,9 @@ void SwitchDeviceViewModel::FeatureSender::sendQuerier()
     _config.setVlanId(_d.querier.vlanId);
     _config.setWildcard(_d.model.naming.portSeparator);
     _config.setCurrentQuerierStatus(_d.querier.status);
-    enqueue("查询器", commandBlock(_config.getQuerierCommands() + _config.getQuerierQueryCommands()));
+    QByteArray block = commandBlock(_config.getQuerierCommands());
+    appendCommands(block, _config.getQuerierQueryCommands());
+    enqueue("查询器", block);
 }
 
 void SwitchDeviceViewModel::FeatureSender::sendLinkAggregation()
@@ -244,7 +248,9 @@ void SwitchDeviceViewModel::FeatureSender::sendMirroring()
     _config.setSourceportInfo(_d.mirror.sourcePort);
     _config.setDstportInfo(_d.mirror.dstPort);
     _config.setCurrentMirrorStatus(_d.mirror.status);
-    enqueue("镜像端口配置", commandBlock(_config.getMirrorCommands() + _config.getMirrorPortQueryCommands()));
+    QByteArray block = commandBlock(_config.getMirrorCommands());
+    appendCommands(block, _config.getMirrorPortQueryCommands());
+    enqueue("镜像端口配置", block);
 }
 
 void SwitchDeviceViewModel::FeatureSender::sendAutoNegotiation()

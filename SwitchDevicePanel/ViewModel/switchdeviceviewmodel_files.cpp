@@ -71,7 +71,7 @@ QString SwitchDeviceViewModel::getExportPath()
 void SwitchDeviceViewModel::importSwitchInfo(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) // Qt warns of a file without a name
         return;
     QTextStream stream(&file);
     stream.setCodec("UTF-8");

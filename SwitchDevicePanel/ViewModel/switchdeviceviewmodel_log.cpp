@@ -167,6 +167,7 @@ void SwitchDeviceViewModel::collectConsoleLines(const QByteArray &data)
 {
     if (!_d->log.logMore)
         return;
-    const QStringList lines = QString::fromUtf8(data).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    const QString text = QString::fromUtf8(data.constData(), data.size()); // the other overload ends at a NUL
+    const QStringList lines = text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
     _d->log.resultLines.append(lines);
 }

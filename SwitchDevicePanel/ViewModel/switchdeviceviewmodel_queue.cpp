@@ -13,6 +13,17 @@
 
 #include <utility>
 
+namespace {
+
+// The decoder takes a byte-order mark at the beginning for one of a file, and drops it.
+QString decodedReply(const QByteArray &data)
+{
+    const QString text = QString::fromUtf8(data.constData(), data.size()); // the other overload ends at a NUL
+    return data.startsWith("\xef\xbb\xbf") ? QChar(QChar::ByteOrderMark) + text : text;
+}
+
+} // namespace
+
 void SwitchDeviceViewModel::enqueueCommand(const QString &label, const QByteArray &bytes)
 {
     if (bytes.isEmpty()) {
@@ -54,7 +65,7 @@ void SwitchDeviceViewModel::processNextCommand()
     _d->device->sendControlCmd(bytes);
     qInfo().noquote() << label + lxTr(QStringLiteral("执行中..."));
     if (_d->log.logMore)
-        qInfo().noquote() << QString::fromUtf8(bytes);
+        qInfo().noquote() << QString::fromUtf8(bytes.constData(), bytes.size());
     setWaitingResponse(true);
 }
 
@@ -97,7 +108,7 @@ void SwitchDeviceViewModel::appendToExport(const QByteArray &data)
     if (file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text)) {
         QTextStream stream(&file);
         stream.setCodec("UTF-8");
-        stream << data;
+        stream << decodedReply(data);
         stream.flush();
         if (stream.status() != QTextStream::Ok || !file.flush())
             qWarning().noquote() << lxTr(QStringLiteral("导出文件写入失败：")) + file.fileName() + QStringLiteral(": ")

@@ -2,21 +2,43 @@
 
 #include "console.h"
 
+#include <QtCore/QDebug>
 #include <QtCore/QLoggingCategory>
-#include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <atomic>
+#include <mutex>
 
 namespace {
 
 std::atomic<int> warnings{0};
 std::atomic<bool> isInfoShown{true};
 
+std::mutex secretsLock; // guards secrets
+QStringList secrets;
+
+QString withoutSecrets(QString text)
+{
+    const std::lock_guard<std::mutex> guard(secretsLock);
+    for (const QString &secret : qAsConst(secrets))
+        text.replace(secret, QStringLiteral("****"));
+    return text;
+}
+
+// As debug messages write bytes.
+QString quoted(const QString &text)
+{
+    QString written;
+    QDebug(&written).nospace() << text.toUtf8();
+    return written.mid(1, written.size() - 2);
+}
+
 void writeMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
     const bool isWarning = type != QtDebugMsg && type != QtInfoMsg;
     if (type != QtInfoMsg || isInfoShown)
-        console::write(console::Stream::Error, QStringLiteral("switchpanel: ") + message + QLatin1Char('\n'));
+        console::write(console::Stream::Error,
+                       QStringLiteral("switchpanel: ") + withoutSecrets(message) + QLatin1Char('\n'));
     if (isWarning)
         ++warnings;
 }
@@ -34,6 +56,13 @@ LogOutput::LogOutput(LogLevel level)
 LogOutput::~LogOutput()
 {
     qInstallMessageHandler(nullptr);
+}
+
+void LogOutput::hide(const QString &secret)
+{
+    const std::lock_guard<std::mutex> guard(secretsLock);
+    if (!secret.isEmpty())
+        secrets << secret << quoted(secret);
 }
 
 int LogOutput::warningCount()

@@ -1,6 +1,8 @@
 // The program's log: Qt's messages on standard error, in the program's own form.
 #pragma once
 
+#include <QtCore/QString>
+
 //! The least important messages that are shown.
 enum class LogLevel { Warning, Info, Debug };
 
@@ -16,6 +18,9 @@ public:
     ~LogOutput();
     LogOutput(const LogOutput &) = delete;
     LogOutput &operator=(const LogOutput &) = delete;
+
+    //! From now on the text is shown as "****", also where a message quotes it as bytes. Empty texts hide nothing.
+    static void hide(const QString &secret);
 
     //! Warnings and worse so far.
     static int warningCount();

@@ -37,8 +37,6 @@ constexpr Text kSilence{
     "%1：波特率%2下没有收到任何数据（请检查交换机电源、console线和波特率）"};
 constexpr Text kNoPrompt{"%1: what comes at %2 baud is neither a login nor a prompt",
                          "%1：波特率%2下收到的数据既不是登录提示也不是命令提示符"};
-constexpr Text kFirstPassword{"%1: the switch wants its first password to be set; do that at a terminal once",
-                              "%1：交换机要求首次设置密码，请先在终端上完成设置"};
 constexpr Text kNoInventory{"%1: the port listing is not that of a %2 switch; is --family right?",
                             "%1：端口列表不符合%2交换机的格式，请检查 --family"};
 constexpr Text kRefused{"the switch did not take everything, see above", "交换机未接受全部命令，见上文"};
@@ -75,7 +73,7 @@ void SwitchSession::listen()
             [this] { _hasBegun = _hasBegun || _viewModel->isWaitingResponse(); });
 
     ConsoleportComm *const comm = ovra::bll::SwitchDevice::getInstance()->getCommPtr();
-    connect(comm, &ConsoleportComm::portLost, this, [this, comm] { fail(ExitStatus::Failed, comm->errorInfo()); });
+    connect(comm, &ConsoleportComm::portLost, this, [this, comm] { failAtPort(comm->errorInfo()); });
     connect(
         comm, &ConsoleportComm::bytesReceived, this, [this] { _hasHeard = true; }, Qt::DirectConnection);
 }
@@ -88,11 +86,16 @@ void SwitchSession::fail(ExitStatus status, const QString &reason)
     _end = {status, reason};
 }
 
+// The serial port warns of what happens to it; once is enough.
+void SwitchSession::failAtPort(const QString &reason)
+{
+    fail(ExitStatus::Failed, LogOutput::warningCount() == _warnings ? reason : QString());
+}
+
 void SwitchSession::onToast(const QString &text)
 {
-    // The serial port's own warning has said why.
     if (text.startsWith(translated(kOpenFailed)))
-        return fail(ExitStatus::Failed, LogOutput::warningCount() == _warnings ? text : QString());
+        return failAtPort(text);
     bool isSaidElsewhere = text.isEmpty() || text == translated(kLoginFailed) || text == translated(kDisconnected);
     for (const char *known : kAskedForHere)
         isSaidElsewhere = isSaidElsewhere || text == translated(known);
@@ -109,17 +112,15 @@ void SwitchSession::onParseState(SwitchDeviceViewModel::ParseState state)
     case SwitchDeviceViewModel::NeedPassword:
         _missing = _viewModel->passwordText().isEmpty() ? Missing::Password : Missing::Nothing;
         break;
-    case SwitchDeviceViewModel::NeedConfirmPassword:
-        _needsFirstPassword = true;
-        break;
     case SwitchDeviceViewModel::LoginSuccess:
         _isLoggedIn = true;
-        // Not earlier: the detailed log has every line that is sent, and the password is one.
+        // Not earlier: the detailed log has every line that is sent, too.
         _viewModel->setLogMore(_request.isLogShown && _request.isVerbose);
         break;
     case SwitchDeviceViewModel::LoginFailed:
         fail(ExitStatus::Refused, _request.portText() + QStringLiteral(": ") + translated(kLoginFailed));
         break;
+    case SwitchDeviceViewModel::NeedConfirmPassword:
     case SwitchDeviceViewModel::InputMore:
     case SwitchDeviceViewModel::ConnectSuccess:
     case SwitchDeviceViewModel::CurrentConfiguration:
@@ -166,8 +167,14 @@ QString SwitchSession::openSimulated()
     if (!_request.userName)
         _viewModel->setUserText(QString::fromUtf8(parsed.options.user));
     if (!_request.password)
-        _viewModel->setPasswordText(QString::fromUtf8(parsed.options.password));
+        setPassword(QString::fromUtf8(parsed.options.password));
     return name;
+}
+
+void SwitchSession::setPassword(const QString &password)
+{
+    LogOutput::hide(password); // debug messages have every line that is sent
+    _viewModel->setPasswordText(password);
 }
 
 void SwitchSession::setUp(const QString &portName)
@@ -175,7 +182,7 @@ void SwitchSession::setUp(const QString &portName)
     if (_request.userName)
         _viewModel->setUserText(*_request.userName);
     if (_request.password)
-        _viewModel->setPasswordText(*_request.password);
+        setPassword(*_request.password);
     _viewModel->setBaudRate(_request.baudRate);
     _viewModel->setCurrentCom(portName);
 }
@@ -245,7 +252,7 @@ void SwitchSession::askForCredential()
     if (isUserName)
         _viewModel->setUserText(answer.text);
     else
-        _viewModel->setPasswordText(answer.text);
+        setPassword(answer.text);
     _hasBegun = false; // the queue rests until the answer is on its way
 }
 
@@ -267,8 +274,6 @@ Outcome SwitchSession::inventoryOutcome() const
 QString SwitchSession::silenceReason() const
 {
     const QStringList where{_request.portText(), QString::number(_request.baudRate)};
-    if (_needsFirstPassword)
-        return say(kFirstPassword, where);
     return say(_hasHeard ? kNoPrompt : kSilence, where);
 }
 

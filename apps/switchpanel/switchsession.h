@@ -71,8 +71,10 @@ private:
     void onLogMessage(const QString &message);
     void takeLogLine(const QString &line);
     void fail(ExitStatus status, const QString &reason);
+    void failAtPort(const QString &reason);
 
     QString openSimulated();
+    void setPassword(const QString &password);
     void setUp(const QString &portName);
     Outcome wait();
     void check();
@@ -101,7 +103,6 @@ private:
     bool _hasBegun = false;
     bool _isLoggedIn = false;
     bool _hasInventory = false;
-    bool _needsFirstPassword = false;
     std::atomic<bool> _hasHeard{false}; // set from the port thread
     Missing _missing = Missing::Nothing;
     QStringList _results;

@@ -4,6 +4,7 @@
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QMutexLocker>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QTimer>
 #include <QtTest/QTest>
 
 namespace {
@@ -172,7 +173,14 @@ QStringList ConsoleScene::signalTexts() const
     const QStringList all = _recorder->texts();
     for (int i = 0; i < all.size(); ++i) {
         const SignalRecorder::Emission &emission = _recorder->emissions().at(i);
-        if (emission.name != QLatin1String("logMessage") || !isLoggerLine(emission.arguments.first().toString()))
+        const QVariant argument = emission.arguments.value(0);
+        // Enumerators have no text of their own.
+        if (emission.name == QLatin1String("parseStateChanged"))
+            texts.append(QStringLiteral("parseStateChanged(%1)").arg(argument.value<SwitchDeviceViewModel::ParseState>()));
+        else if (emission.name == QLatin1String("currentconnectTypeChanged"))
+            texts.append(QStringLiteral("currentconnectTypeChanged(%1)")
+                             .arg(argument.value<SwitchDeviceViewModel::ConnectType>()));
+        else if (emission.name != QLatin1String("logMessage") || !isLoggerLine(argument.toString()))
             texts.append(all.at(i));
     }
     return texts;
@@ -215,6 +223,16 @@ void ConsoleScene::clear()
     processEvents();
     _recorder->clear();
     RecordingPlatform::instance().clearCalls();
+}
+
+void ConsoleScene::flushConsoleLines()
+{
+    constexpr int kBatchIntervalMs = 100;
+    const auto timers = _viewModel->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QTimer *timer : timers) {
+        if (timer->interval() == kBatchIntervalMs)
+            QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection);
+    }
 }
 
 void ConsoleScene::processEvents()

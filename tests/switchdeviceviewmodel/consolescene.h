@@ -75,7 +75,7 @@ public:
     /// Sends a block whose label is \a label, and forgets that it was sent: a query, or the listing behind a login.
     void ask(const QString &label);
 
-    /// All signals in their order, log lines of Qt's message logger left out.
+    /// All signals in their order, log lines of Qt's message logger left out. Enumerators are numbers.
     QStringList signalTexts() const;
     /// The same without the texts that the console batching and the logger bring: everything but logMessage.
     QStringList signalTextsWithoutLog() const;
@@ -89,6 +89,9 @@ public:
     QList<QByteArray> sent() const { return RecordingPlatform::instance().sent(); }
     QStringList calls() const { return RecordingPlatform::instance().texts(); }
     void clear();
+
+    /// The 100 ms of the batched console lines are over.
+    void flushConsoleLines();
 
     static void processEvents();
     // Replies without echo and prompt, which would be a login.

@@ -77,7 +77,8 @@ private slots:
     void reply_goesToTheFamilysParser_data();
     void reply_goesToTheFamilysParser();
     void reply_withLogMore_showsItsLines();
-    void reply_inSideTheSending_isTakenAsAnyOther();
+    void reply_withANul_isShownWhole();
+    void reply_insideTheSending_isTakenAsAnyOther();
     void completed_whileSomebodySendsInAnswerToIt_keepsOneOutstanding();
     void completed_withNothingCurrent_isHarmless();
 
@@ -355,7 +356,17 @@ void TestSwitchDeviceViewModelQueue::reply_withLogMore_showsItsLines()
     QTRY_COMPARE(scene.announcedLines(), QStringList{QStringLiteral("one\n 二 ")});
 }
 
-void TestSwitchDeviceViewModelQueue::reply_inSideTheSending_isTakenAsAnyOther()
+void TestSwitchDeviceViewModelQueue::reply_withANul_isShownWhole()
+{
+    QueueScene scene;
+    scene->setLogMore(true);
+    scene.clear();
+    scene.answer(QByteArray("one\0\r\ntwo", 9));
+    QTRY_COMPARE(scene.announcedLines().size(), 1);
+    QCOMPARE(scene.announcedLines().first().section(QLatin1Char('\n'), 1), QStringLiteral("two"));
+}
+
+void TestSwitchDeviceViewModelQueue::reply_insideTheSending_isTakenAsAnyOther()
 {
     QueueScene scene;
     platform().setAnswer([](const QByteArray &sent) { platform().feedHere(sent == kEnter ? QByteArray() : "ok"); });

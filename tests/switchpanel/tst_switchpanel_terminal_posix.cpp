@@ -1,114 +1,13 @@
 // The program on a terminal: progress, colours, Ctrl-C.
 #include "programrun.h"
+#include "terminalrun_posix.h"
 
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
-
-#include <csignal>
-#include <cstdlib>
-#include <functional>
-
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/ioctl.h>
-#include <termios.h>
-#include <unistd.h>
 
 namespace {
 
 const QString kHealthy = samplePath(QStringLiteral("healthy.pcap"));
-constexpr int kLimitMsecs = 60'000;
-constexpr int kPollMsecs = 20;
-
-//! A pseudo terminal: what a program writes to its far end is read from here, keys pressed here reach the program.
-class Terminal
-{
-public:
-    explicit Terminal(ushort columns)
-        : _end(::posix_openpt(O_RDWR | O_NOCTTY))
-    {
-        if (_end < 0 || ::grantpt(_end) != 0 || ::unlockpt(_end) != 0)
-            qFatal("no pseudo terminal");
-        _farEnd = ::open(::ptsname(_end), O_RDWR | O_NOCTTY);
-        termios settings{};
-        ::tcgetattr(_farEnd, &settings);
-        ::cfmakeraw(&settings);   // no echo, no line ends changed
-        settings.c_lflag |= ISIG; // but Ctrl-C is a signal
-        ::tcsetattr(_farEnd, TCSANOW, &settings);
-        winsize size{};
-        size.ws_col = columns;
-        size.ws_row = 25;
-        ::ioctl(_farEnd, TIOCSWINSZ, &size);
-        ::fcntl(_end, F_SETFL, O_NONBLOCK);
-    }
-    ~Terminal()
-    {
-        ::close(_farEnd);
-        ::close(_end);
-    }
-    Terminal(const Terminal &) = delete;
-    Terminal &operator=(const Terminal &) = delete;
-
-    int farEnd() const { return _farEnd; }
-
-    void press(char key) const { QVERIFY(::write(_end, &key, 1) == 1); }
-
-    //! What has been written since the last call, waiting a moment for more.
-    QByteArray read() const
-    {
-        pollfd poll{_end, POLLIN, 0};
-        ::poll(&poll, 1, kPollMsecs);
-        QByteArray bytes(4'096, '\0');
-        const ssize_t count = ::read(_end, bytes.data(), static_cast<std::size_t>(bytes.size()));
-        bytes.truncate(count > 0 ? static_cast<int>(count) : 0);
-        return bytes;
-    }
-
-private:
-    int _end;
-    int _farEnd;
-};
-
-//! Runs the program with the terminal as its output, error output and controlling terminal.
-class TerminalProcess : public QProcess
-{
-public:
-    TerminalProcess(const Terminal &terminal, const QStringList &arguments, const QStringList &environment)
-        : _terminal(terminal)
-    {
-        QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-        variables.remove("NO_COLOR");
-        variables.insert("TERM", "xterm");
-        for (const QString &entry : environment)
-            variables.insert(entry.section('=', 0, 0), entry.section('=', 1));
-        setProcessEnvironment(variables);
-        start(switchpanelProgram(), arguments, QIODevice::ReadOnly);
-    }
-
-    bool isRunning() { return state() != NotRunning && !waitForFinished(0); }
-
-protected:
-    void setupChildProcess() override
-    {
-        ::setsid();
-        ::ioctl(_terminal.farEnd(), TIOCSCTTY, 0);
-        ::dup2(_terminal.farEnd(), STDOUT_FILENO);
-        ::dup2(_terminal.farEnd(), STDERR_FILENO);
-        // A test runner in the background of a script ignores Ctrl-C, and its children would inherit that.
-        ::signal(SIGINT, SIG_DFL);
-    }
-
-private:
-    const Terminal &_terminal;
-};
-
-struct TerminalRun
-{
-    int exitStatus = -1;
-    QByteArray output;
-};
 
 //! `pressKeys`, if any, is called once with the first output.
 TerminalRun runOnTerminal(const QStringList &arguments, const QStringList &environment = {}, ushort columns = 80,
@@ -116,28 +15,7 @@ TerminalRun runOnTerminal(const QStringList &arguments, const QStringList &envir
 {
     const Terminal terminal(columns);
     TerminalProcess process(terminal, arguments, environment);
-    if (!process.waitForStarted(kLimitMsecs))
-        return {};
-    TerminalRun run;
-    bool hasPressed = !pressKeys;
-    QElapsedTimer timer;
-    timer.start();
-    while (process.isRunning() && timer.elapsed() < kLimitMsecs) {
-        run.output += terminal.read();
-        if (hasPressed || run.output.isEmpty())
-            continue;
-        pressKeys(terminal);
-        hasPressed = true;
-    }
-    for (QByteArray rest = terminal.read(); !rest.isEmpty(); rest = terminal.read())
-        run.output += rest;
-    if (process.state() != QProcess::NotRunning) {
-        process.kill();
-        process.waitForFinished(kLimitMsecs);
-    } else if (process.exitStatus() == QProcess::NormalExit) {
-        run.exitStatus = process.exitCode();
-    }
-    return run;
+    return finish(terminal, process, pressKeys ? QList<Reaction>{{"", pressKeys}} : QList<Reaction>{});
 }
 
 } // namespace

@@ -15,6 +15,11 @@ constexpr int kLongestErasure = 600; // three times a wide screen
 constexpr int kKeptLine = 1024;
 const QByteArray kRedrawMark = QByteArrayLiteral(" \x1b[1D");
 
+bool isDigit(char byte)
+{
+    return byte >= '0' && byte <= '9';
+}
+
 } // namespace
 
 void ConsoleScreen::clear()
@@ -74,7 +79,8 @@ void ConsoleScreen::trim()
 bool ConsoleScreen::put(char byte)
 {
     if (byte == 'D' && _text.size() - _line >= kRedrawMark.size() - 1
-        && std::equal(kRedrawMark.begin(), kRedrawMark.end() - 1, _text.end() - (kRedrawMark.size() - 1))) {
+        && std::equal(kRedrawMark.begin(), kRedrawMark.end() - 1, _text.end() - (kRedrawMark.size() - 1)))
+    {
         cutBack(_text.size() - (kRedrawMark.size() - 1));
         return false;
     }
@@ -101,37 +107,7 @@ bool ConsoleScreen::beginsErasure(char byte) const
 // Back to the line's beginning, blanks over the text, back again.
 bool ConsoleScreen::takeErasure(char byte)
 {
-    const bool startsSecondMove = _stage == Stage::Blanks && byte != ' ';
-    if (startsSecondMove) {
-        _stage = Stage::SecondMove;
-        _move.clear();
-    }
-    bool fits = _held.size() < kLongestErasure;
-    if (_stage == Stage::FirstMove && byte == ' ' && isMoveComplete())
-        _stage = Stage::Blanks;
-    if (_stage != Stage::Blanks) {
-        _move.append(byte);
-        switch (_kind) {
-        case PagerErasure::CursorLeft:
-            fits = fits
-                   && (_move.size() == 1   ? byte == kEscape
-                       : _move.size() == 2 ? byte == '['
-                                           : (byte >= '0' && byte <= '9') || (byte == 'D' && _move.size() > 3));
-            fits = fits && _move.indexOf('D') == _move.lastIndexOf('D')
-                   && (_move.indexOf('D') < 0 || _move.endsWith('D'));
-            break;
-        case PagerErasure::CarriageReturn:
-            fits = fits && _move == "\r";
-            break;
-        case PagerErasure::Backspace:
-            fits = fits && byte == kBackspace;
-            if (_stage == Stage::FirstMove)
-                ++_back;
-            break;
-        }
-    }
-    if (!fits) {
-        // Not an erasure after all: everything is text.
+    if (!continuesErasure(byte)) {
         const bool completedBefore = release();
         return take(byte) || completedBefore;
     }
@@ -146,6 +122,42 @@ bool ConsoleScreen::takeErasure(char byte)
     return false;
 }
 
+bool ConsoleScreen::continuesErasure(char byte)
+{
+    if (_held.size() == kLongestErasure)
+        return false;
+    if (byte == ' ' && (_stage == Stage::Blanks || (_stage == Stage::FirstMove && isMoveComplete()))) {
+        _stage = Stage::Blanks;
+        return true;
+    }
+    if (_stage == Stage::Blanks) {
+        _stage = Stage::SecondMove;
+        _move.clear();
+    }
+    _move.append(byte);
+    if (_stage == Stage::FirstMove)
+        _back = _move.size();
+    return isMove();
+}
+
+// Whether the part under way can still become a cursor's way back.
+bool ConsoleScreen::isMove() const
+{
+    switch (_kind) {
+    case PagerErasure::CursorLeft: {
+        if (_move.size() <= 2)
+            return QByteArrayLiteral("\x1b[").startsWith(_move);
+        const int digits = _move.size() - 2 - (_move.endsWith('D') ? 1 : 0);
+        return digits > 0 && std::all_of(_move.begin() + 2, _move.begin() + 2 + digits, isDigit);
+    }
+    case PagerErasure::CarriageReturn:
+        return _move == "\r";
+    case PagerErasure::Backspace:
+        return _move.endsWith(kBackspace);
+    }
+    return false;
+}
+
 bool ConsoleScreen::isMoveComplete() const
 {
     switch (_kind) {
@@ -154,11 +166,12 @@ bool ConsoleScreen::isMoveComplete() const
     case PagerErasure::CarriageReturn:
         return _move == "\r";
     case PagerErasure::Backspace:
-        return _stage == Stage::FirstMove ? _back > 0 : _move.size() == _back;
+        return _move.size() == _back;
     }
     return false;
 }
 
+// It was no erasure: what was held back is text.
 bool ConsoleScreen::release()
 {
     const QByteArray held = _held;

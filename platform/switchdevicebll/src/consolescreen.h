@@ -55,6 +55,8 @@ private:
     bool put(char byte);
     bool beginsErasure(char byte) const;
     bool takeErasure(char byte);
+    bool continuesErasure(char byte);
+    bool isMove() const;
     bool isMoveComplete() const;
     bool release();
     bool allows(PagerErasure erasure) const;
@@ -72,7 +74,7 @@ private:
     PagerErasure _kind = PagerErasure::CursorLeft;
     QByteArray _held; // what has come of it
     QByteArray _move; // the part under way
-    int _back = 0;    // backspaces of the first move
+    int _back = 0;    // length of the first one
 };
 
 } // namespace bll

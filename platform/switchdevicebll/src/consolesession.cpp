@@ -223,14 +223,19 @@ void ConsoleSession::lineCompleted()
 {
     const QByteArray line = _screen.completedLine();
     _exchange.hasLineEnd = true;
-    if (_exchange.echoEnd == 0 && _exchange.echo.isComplete())
-        _exchange.echoEnd = _screen.segmentSize();
     _endsInLog = _logLines.isLogLine(line);
+    if (_exchange.echoEnd == 0 && _exchange.echo.isComplete() && !_endsInLog)
+        _exchange.echoEnd = _screen.segmentSize();
     if (_endsInLog || !hasText(line))
         return;
     _lastNews = _now;
     _notice = noticeIn(line);
-    const bool isTyped = _state == State::Answering && _exchange.isLogin;
+    if (_state == State::Idle && _notice != Notice::None) { // the switch has logged out, or come up again
+        _isLoggedIn = false;
+        _restartedAt.reset();
+    }
+    // Enter alone is no credential: where it is refused, the line has stood at an earlier user's password prompt.
+    const bool isTyped = _state == State::Answering && _exchange.isLogin && !_exchange.line.isEmpty();
     if (isTyped && _exchange.failureEnd == 0 && containsOne(facts().failureTexts, line))
         _exchange.failureEnd = _screen.segmentSize();
 }
@@ -245,10 +250,6 @@ ConsoleSession::Notice ConsoleSession::noticeIn(const QByteArray &line) const
 void ConsoleSession::takeUnsolicited(const QByteArray &bytes)
 {
     debug(QStringLiteral("unasked: ") + QString::fromUtf8(bytes));
-    if (_notice != Notice::None) { // the switch has logged out, or come up again
-        _isLoggedIn = false;
-        _restartedAt.reset();
-    }
     _screen.beginSegment();
     _screen.trim();
 }
@@ -261,9 +262,14 @@ void ConsoleSession::judgeLine()
     _ending = {};
     if (_isFlooded)
         return;
-    const QByteArray line = _screen.line();
+    // An answer need not be echoed, not even its Enter: what follows it then stands on the question's line.
+    const bool isBehindAnswer = _exchange.answers > 0 && !_exchange.hasLineEnd;
+    const QByteArray line = isBehindAnswer ? _screen.segmentFrom(_exchange.askedAt) : _screen.line();
     const LineEnding ending = endingOf(facts(), line, _name);
-    if (isAnswered(ending.kind))
+    // What a switch that boots asks is none of our business.
+    const bool isBooting =
+        _restartedAt && (ending.kind == LineEnding::Kind::Question || ending.kind == LineEnding::Kind::Pager);
+    if (isAnswered(ending.kind) && !isBooting)
         _ending = ending;
     if (ending.kind == LineEnding::Kind::None && hasText(line))
         _notice = noticeIn(line);
@@ -278,7 +284,7 @@ bool ConsoleSession::isAnswered(LineEnding::Kind kind) const
         return true;
     case LineEnding::Kind::Prompt:
     case LineEnding::Kind::Question:
-        return _exchange.hasLineEnd;
+        return _exchange.hasLineEnd || _exchange.answers > 0;
     case LineEnding::Kind::UserName:
     case LineEnding::Kind::Password:
         return _exchange.hasLineEnd || _exchange.hasInk;
@@ -324,14 +330,24 @@ std::optional<ConsoleSession::Time> ConsoleSession::nudgeAt() const
     if (_restartedAt)
         return *_restartedAt + kLongestBoot;
     if (_exchange.isRestart)
-        return _exchange.answeredAt ? std::optional<Time>(*_exchange.answeredAt + kRestartQuiet) : std::nullopt;
-    // Typed ahead, Enter would answer a question that is still to come.
-    const bool waitsForQuestion = _exchange.asks && _exchange.answers == 0;
-    if (_exchange.isNudged || waitsForQuestion)
+        return restartsAt();
+    if (_exchange.isNudged)
         return std::nullopt;
+    // Typed ahead, Enter would answer a question that is still to come.
+    if (_exchange.asks && _exchange.answers == 0)
+        return _lastActivity + _exchange.silenceLimit / 2;
     // Where one log line has swallowed the prompt, more of them are not what is waited for.
     const bool isOnlyLogged = _endsInLog && _screen.line().isEmpty();
     return (isOnlyLogged ? _lastNews : _lastActivity) + kNudgeAfter;
+}
+
+// A question that has just come is answered first.
+std::optional<ConsoleSession::Time> ConsoleSession::restartsAt() const
+{
+    if (!_exchange.confirmedAt)
+        return std::nullopt;
+    const Time due = *_exchange.confirmedAt + kRestartQuiet;
+    return std::clamp<Time>(_lastByte + kShortQuiet, due, due + kRestartQuiet);
 }
 
 void ConsoleSession::nudge()

@@ -75,8 +75,8 @@ private:
         QByteArray reply;            // of the lines that are done
         bool isSingleLine = false;
         bool isRefused = false; // one of its lines
-        int nudges = 0;  // what the session has typed by itself before the first prompt
-        int returns = 0; // views left before the first prompt
+        int nudges = 0;         // what the session has typed by itself before the first prompt
+        int returns = 0;        // views left before the first prompt
         qint64 received = 0;
         Time begun;
     };
@@ -98,6 +98,7 @@ private:
     std::optional<Time> reactionAt() const;
     Milliseconds quietTime() const;
     std::optional<Time> nudgeAt() const;
+    std::optional<Time> restartsAt() const;
     void nudge();
     Time expiresAt() const;
     void expire();
@@ -166,8 +167,8 @@ private:
     LineEnding _ending;     // of the unterminated line, while the session is busy
     bool _isJudged = false; // _ending is that of the present line
     Time _lastByte;
-    Time _lastActivity; // a byte received, a line typed, a key pressed
-    Time _lastNews;     // the same, but of what is received only lines that are no log lines
+    Time _lastActivity;      // a byte received, a line typed, a key pressed
+    Time _lastNews;          // the same, but of what is received only lines that are no log lines
     bool _endsInLog = false; // the line that was completed last is a log line
 };
 

@@ -110,7 +110,8 @@ void ConsoleSession::answer(const QByteArray &answer)
         return typeOwn(answer, "\r\n");
     }
     ++_exchange.answers;
-    _exchange.answeredAt = _now;
+    if (answer.toUpper() != "N") // which is followed by another question, or by the prompt
+        _exchange.confirmedAt = _now;
     _exchange.askedAt = _screen.segmentSize();
     _exchange.hasLineEnd = _exchange.hasInk = false;
     expectAnswer();
@@ -203,8 +204,7 @@ bool ConsoleSession::isUseless(const BlockItem &item, bool isAtPrompt)
 void ConsoleSession::type(const BlockItem &item)
 {
     // Before the first prompt too: what should answer a password prompt may meet another one.
-    const bool isSecret =
-        !_isLoggedIn || endingOf(facts(), _screen.line(), _name).kind == LineEnding::Kind::Password;
+    const bool isSecret = !_isLoggedIn || endingOf(facts(), _screen.line(), _name).kind == LineEnding::Kind::Password;
     _screen.answerPager();
     beginExchange(item.text);
     _exchange.isSecret = isSecret;
@@ -229,9 +229,10 @@ void ConsoleSession::beginExchange(const QByteArray &line)
     _exchange.echo = EchoWatch(line);
     _exchange.isLogin = !_isLoggedIn;
     _exchange.isRestart = _isLoggedIn && isRestart(facts(), line);
-    _exchange.asks = std::any_of(
-        facts().questions.begin(), facts().questions.end(),
-        [&line](const KnownQuestion &known) { return !known.command.isEmpty() && isCommand(line, known.command); });
+    _exchange.asks =
+        std::any_of(facts().questions.begin(), facts().questions.end(), [&line](const KnownQuestion &known) {
+            return !known.command.isEmpty() && isCommand(line, known.command);
+        });
     _exchange.silenceLimit = silenceLimit(facts(), line);
     _notice = Notice::None;
     _ending = {};

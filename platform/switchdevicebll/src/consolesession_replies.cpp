@@ -35,11 +35,15 @@ QByteArray ConsoleSession::commandReply()
 // Log lines are dropped: a bracket in one of them would pass for a login.
 QByteArray ConsoleSession::loginReply(const QByteArray &text)
 {
-    const RuledReply ruled =
-        applyLoginRules(_description->replyRules, withoutLogLines(text.mid(_exchange.echoEnd)));
+    QByteArray answer = withoutLogLines(text.mid(_exchange.echoEnd));
+    // Enter was refused as the password of an earlier user, who has left the line there. What matters is what is asked
+    // for now.
+    if (_exchange.line.isEmpty() && containsOne(facts().failureTexts, answer))
+        answer = "\r\n" + _screen.line();
+    const RuledReply ruled = applyLoginRules(_description->replyRules, answer);
     for (const QString &rule : ruled.fired)
         debug(rule);
-    return _exchange.isOwn ? ruled.reply : text.left(_exchange.echoEnd) + ruled.reply;
+    return _exchange.isOwn ? ruled.reply : withoutLogLines(text.left(_exchange.echoEnd)) + ruled.reply;
 }
 
 void ConsoleSession::closeAndFinish()

@@ -66,9 +66,9 @@ struct Exchange
     bool hasLineEnd = false; // since Enter was pressed last
     bool hasInk = false;     // something to see, likewise
     bool isNudged = false;
-    int answers = 0;  // questions answered
-    int askedAt = 0;  // where in the segment the next question's text may begin
-    std::optional<Time> answeredAt;
+    int answers = 0;                 // questions answered
+    int askedAt = 0;                 // where in the segment the next question's text may begin
+    std::optional<Time> confirmedAt; // the last answer other than no
 };
 
 } // namespace bll

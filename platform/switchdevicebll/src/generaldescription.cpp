@@ -20,9 +20,8 @@ SessionFacts generalFacts()
     facts.pagerTexts = {"---- More ----"};
     facts.pagerErasures = {PagerErasure::CursorLeft, PagerErasure::CarriageReturn, PagerErasure::Backspace};
     facts.errorTexts = {"Error:", "Error[", "% "};
-    facts.questionEndings = {"[Y/N]:",    "[Y/N]",     "[y/n]:",
-                             "[y/n]",     "(y/n)[n]:", "(y/n)[y]:",
-                             "/C(cancel)]:", "press the enter key):"};
+    facts.questionEndings = {"[Y/N]:",    "[Y/N]",     "[y/n]:",       "[y/n]",
+                             "(y/n)[n]:", "(y/n)[y]:", "/C(cancel)]:", "press the enter key):"};
     facts.questions = {{{}, "Change now?", "N"}};
     return facts;
 }

@@ -5,8 +5,8 @@
 namespace ovra {
 namespace bll {
 
-/// Tells log lines from other lines, one after the other: a switch breaks long ones at the screen's edge, so that a line
-/// may be the rest of the one before.
+/// Tells log lines from other lines, one after the other: a switch breaks long ones at the screen's edge, so that a
+/// line may be the rest of the one before.
 class LogLineFinder
 {
 public:

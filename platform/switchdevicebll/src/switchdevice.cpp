@@ -28,7 +28,7 @@ using Clock = std::chrono::steady_clock;
 // What callers want of the session, in the order in which they wanted it.
 struct Request
 {
-    enum class Kind { Connected, ConnectionLost, Disconnected, Block };
+    enum class Kind { Connecting, Connected, Disconnected, Block };
 
     Kind kind = Kind::Block;
     QByteArray block;
@@ -71,8 +71,12 @@ struct SwitchDevice::Private
 
     std::mutex lock; // guards requests
     std::deque<Request> requests;
-    std::atomic<unsigned> disconnections{0}; // what the session wants from before one of them is not done any more
-    unsigned served = 0;                     // disconnections that the session knows of
+    // How often the port was closed on purpose, and opened anew; and how much of that the session knows of. What it
+    // wanted before is not delivered any more after the one, and not sent any more after either.
+    std::atomic<unsigned> disconnections{0};
+    std::atomic<unsigned> connections{0};
+    unsigned servedDisconnections = 0;
+    unsigned servedConnections = 0;
 };
 
 // The link comes first and brings the port thread: of two threads the younger one ends first with the application, and
@@ -103,6 +107,8 @@ void SwitchDevice::Private::request(Request::Kind kind, const QByteArray &block)
                                           [](const Request &one) { return one.kind == Request::Kind::Block; }),
                            requests.end());
         }
+        if (kind == Request::Kind::Connecting)
+            ++connections;
         requests.push_back({kind, block});
     }
     QMetaObject::invokeMethod(
@@ -128,12 +134,13 @@ void SwitchDevice::Private::serve()
 void SwitchDevice::Private::serve(const Request &request)
 {
     switch (request.kind) {
+    case Request::Kind::Connecting:
+        ++servedConnections;
+        return perform(session.connectionLost());
     case Request::Kind::Connected:
         return session.connected();
-    case Request::Kind::ConnectionLost:
-        return perform(session.connectionLost());
     case Request::Kind::Disconnected:
-        ++served;
+        ++servedDisconnections;
         return session.disconnected();
     case Request::Kind::Block:
         return perform(session.submit(request.block, Clock::now()));
@@ -167,11 +174,11 @@ void SwitchDevice::Private::perform(const SessionActions &actions)
 {
     bool isLost = false;
     for (const SessionAction &action : actions) {
-        if (served != disconnections)
+        if (servedDisconnections != disconnections)
             return;
         switch (action.kind) {
         case SessionAction::Kind::Send:
-            isLost = isLost || !write(action.bytes);
+            isLost = isLost || (servedConnections == connections && !write(action.bytes));
             break;
         case SessionAction::Kind::Deliver:
             emit device->signal_dataReceived(action.bytes);
@@ -195,7 +202,7 @@ bool SwitchDevice::Private::write(const QByteArray &bytes)
 {
     if (comm->rawWrite(bytes))
         return true;
-    if (served == disconnections)
+    if (servedDisconnections == disconnections)
         qWarning().noquote() << comm->errorInfo();
     return comm->getIsConnected();
 }
@@ -227,7 +234,7 @@ SwitchDevice::~SwitchDevice() = default;
 
 bool SwitchDevice::connectToSerial(const QString &port, int baudRate, int parity, int stopBits, int flowControl)
 {
-    _d->request(Request::Kind::ConnectionLost);
+    _d->request(Request::Kind::Connecting);
     if (!_d->comm->open(port, baudRate, parity, stopBits, flowControl))
         return false;
     _d->request(Request::Kind::Connected);

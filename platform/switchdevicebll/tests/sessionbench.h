@@ -5,13 +5,12 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QByteArrayList>
-#include <QtCore/QList>
-#include <QtCore/QRandomGenerator>
 #include <QtCore/QStringList>
 
 #include <algorithm>
 #include <chrono>
 #include <functional>
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -21,10 +20,15 @@ namespace bll {
 /// A description as it is shipped.
 inline std::shared_ptr<const DeviceDescription> shippedDescription(const QString &name)
 {
-    const ReadDescription read = readDescription(QStringLiteral(DEVICES_FOLDER "/") + name);
-    if (!read.description)
-        qFatal("%s", qPrintable(read.error));
-    return read.description;
+    static std::map<QString, std::shared_ptr<const DeviceDescription>> known;
+    auto &description = known[name];
+    if (!description) {
+        const ReadDescription read = readDescription(QStringLiteral(DEVICES_FOLDER "/") + name);
+        if (!read.description)
+            qFatal("%s", qPrintable(read.error));
+        description = read.description;
+    }
+    return description;
 }
 
 /// A console session with a clock of its own, and what it wants done.
@@ -128,90 +132,6 @@ private:
         }
     }
 };
-
-/// What the session types, and what the switch writes then.
-struct Turn
-{
-    QByteArray typed;
-    QByteArray written;
-};
-using Dialogue = QList<Turn>;
-
-/// How a dialogue's bytes arrive: the lengths of the pieces, one after the other, over all turns. What is left comes in
-/// one piece.
-struct Pieces
-{
-    QList<int> lengths;
-    std::chrono::milliseconds gap{0};
-};
-
-/// Plays the switch's part. The transcript tells what was typed when, and what came of it.
-class DialoguePlayer
-{
-public:
-    DialoguePlayer(SessionBench &bench, Pieces pieces)
-        : _bench(bench)
-        , _pieces(std::move(pieces))
-    {}
-
-    /// The replies, one for each block; the last text says where the session left the script, if it did.
-    QByteArrayList play(const QByteArrayList &blocks, const Dialogue &dialogue)
-    {
-        for (const QByteArray &block : blocks)
-            _bench.submit(block);
-        for (const Turn &turn : dialogue) {
-            while (_bench.sent.isEmpty() && _bench.passUntilAction(std::chrono::minutes(2)))
-                ;
-            const QByteArray typed = _bench.takeSent();
-            if (typed != turn.typed)
-                return _bench.replies << "expected to be typed: " + turn.typed + " but was: " + typed;
-            write(turn.written);
-        }
-        _bench.pass(std::chrono::minutes(2));
-        if (!_bench.sent.isEmpty())
-            return _bench.replies << "typed at the end: " + _bench.sent;
-        return _bench.replies;
-    }
-
-private:
-    void write(QByteArray bytes)
-    {
-        while (!_pieces.lengths.isEmpty() && _pieces.lengths.first() < bytes.size()) {
-            const int length = _pieces.lengths.takeFirst();
-            _bench.feed(bytes.left(length));
-            bytes.remove(0, length);
-            _bench.pass(_pieces.gap);
-        }
-        if (!_pieces.lengths.isEmpty())
-            _pieces.lengths.first() -= bytes.size();
-        if (!bytes.isEmpty())
-            _bench.feed(bytes);
-    }
-
-    SessionBench &_bench;
-    Pieces _pieces;
-};
-
-/// Pieces of 1 to `largest` bytes, the same ones for the same seed.
-inline Pieces randomPieces(quint32 seed, int bytes, int largest)
-{
-    QRandomGenerator random(seed);
-    Pieces pieces;
-    pieces.gap = std::chrono::milliseconds(random.bounded(20));
-    for (int left = bytes; left > 0;) {
-        pieces.lengths << random.bounded(1, largest + 1);
-        left -= pieces.lengths.last();
-    }
-    return pieces;
-}
-
-inline int bytesOf(const Dialogue &dialogue)
-{
-    int bytes = 0;
-    for (const Turn &turn : dialogue)
-        bytes += turn.written.size();
-    return bytes;
-}
 
 } // namespace bll
 } // namespace ovra

@@ -255,10 +255,11 @@ void TestConsoleSession::reply_isEchoListingAndPrompt()
 
 void TestConsoleSession::reply_logLinesInTheMiddle_stay()
 {
-    const QByteArray reply = "shutdown\r\n"
-                             "Nov 20 2026 10:11:12+00:00 NAME %%01IFPDT/4/IF_STATE(l)[3]:Interface GigabitEthernet0/0/\r\n"
-                             "8 has turned into DOWN state.\r\n"
-                             "[NAME-GigabitEthernet0/0/8]";
+    const QByteArray reply =
+        "shutdown\r\n"
+        "Nov 20 2026 10:11:12+00:00 NAME %%01IFPDT/4/IF_STATE(l)[3]:Interface GigabitEthernet0/0/\r\n"
+        "8 has turned into DOWN state.\r\n"
+        "[NAME-GigabitEthernet0/0/8]";
     SessionBench bench(shippedDescription(QStringLiteral("Huawei.xml")));
     bench.logIn();
     bench.submit("shutdown\r\n");

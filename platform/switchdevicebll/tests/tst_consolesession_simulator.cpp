@@ -159,13 +159,11 @@ void TestConsoleSessionSimulator::login_wrongPassword_isHandedUpAlone_data()
     QTest::addColumn<QString>("failure");
     QTest::addColumn<QByteArray>("text");
     for (const char *failure : {"short", "user-or-password", "invalid", "authentication"}) {
-        const QByteArray ours =
-            failure == QByteArray("invalid") ? "The password is invalid" : "Authentication fail";
+        const QByteArray ours = failure == QByteArray("invalid") ? "The password is invalid" : "Authentication fail";
         QTest::addRow("Huawei, %s", failure) << kHuawei << QString::fromLatin1(failure) << ours;
-        QTest::addRow("Hua3, %s", failure) << kHua3 << QString::fromLatin1(failure)
-                                           << QByteArray(failure == QByteArray("invalid")
-                                                             ? "Invalid password"
-                                                             : "authentication failed");
+        QTest::addRow("Hua3, %s", failure)
+            << kHua3 << QString::fromLatin1(failure)
+            << QByteArray(failure == QByteArray("invalid") ? "Invalid password" : "authentication failed");
     }
 }
 

@@ -24,6 +24,7 @@ private slots:
     void silence_swallowedPrompt_isFoundAgain();
     void silence_logLinesDoNotPostponeEnter();
     void silence_noEnterAheadOfAKnownQuestion();
+    void silence_questionThatNeverComes_getsEnterInTheEnd();
     void timeout_countsFromTheLastByte();
     void timeout_slowCommand_hasItsOwn();
     void timeout_noAnswer_isEmptyOnce();
@@ -198,6 +199,20 @@ void TestConsoleSessionTiming::silence_noEnterAheadOfAKnownQuestion()
     QCOMPARE(bench.takeSent(), QByteArray("\r"));
 }
 
+// A log line about the saved file has swallowed the prompt.
+void TestConsoleSessionTiming::silence_questionThatNeverComes_getsEnterInTheEnd()
+{
+    SessionBench bench(shippedDescription(QStringLiteral("Hua3.xml")));
+    bench.logIn();
+    bench.submit("save force\r\n");
+    bench.takeSent();
+    bench.feed("save force\r\nSaved.\r\n");
+    bench.pass(milliseconds(59999));
+    QCOMPARE(bench.takeSent(), QByteArray());
+    bench.pass(milliseconds(1));
+    QCOMPARE(bench.takeSent(), QByteArray("\r"));
+}
+
 void TestConsoleSessionTiming::timeout_countsFromTheLastByte()
 {
     SessionBench bench;
@@ -311,7 +326,14 @@ void TestConsoleSessionTiming::restart_endsTwoSecondsAfterItsLastAnswer()
     bench.feed("Warning: The configuration has been modified, and it will be saved. Continue? [Y/N]:");
     bench.pass(milliseconds(30));
     QCOMPARE(bench.takeSent(), QByteArray("N\r\n"));
-    bench.feed("N\r\nSystem will reboot! Continue?[Y/N]:");
+    bench.feed("N\r\n");
+    bench.pass(seconds(5)); // no is not the last word
+    bench.feed("System will reboot! Continue?[Y/N]:");
+    bench.pass(milliseconds(25));
+    QCOMPARE(bench.takeSent(), QByteArray("Y\r\n"));
+    bench.feed("Y\r\n");
+    bench.pass(milliseconds(1990));
+    bench.feed("Really reboot?[Y/N]:"); // just in time
     bench.pass(milliseconds(25));
     QCOMPARE(bench.takeSent(), QByteArray("Y\r\n"));
     bench.feed("Y\r\nInfo: system is rebooting, please wait...\r\n");
@@ -376,7 +398,8 @@ void TestConsoleSessionTiming::restart_thatWasDenied_isOver()
     SessionBench bench(shippedDescription(QStringLiteral("Huawei.xml")));
     bench.logIn();
     bench.submit("reboot\r\n");
-    bench.feed("reboot\r\nError: You do not have permission to run the command or the command is incomplete.\r\n<NAME>");
+    bench.feed(
+        "reboot\r\nError: You do not have permission to run the command or the command is incomplete.\r\n<NAME>");
     bench.pass(milliseconds(30));
     QCOMPARE(bench.replies.size(), 1);
     QVERIFY(bench.session.isLoggedIn());
