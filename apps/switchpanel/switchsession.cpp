@@ -161,7 +161,7 @@ QString SwitchSession::openSimulated()
         return {};
     }
     _simulated = std::make_unique<SimulatedLine>(parsed.options);
-    const QString name = _simulated->start(_request.portText());
+    QString name = _simulated->start(_request.portText());
     if (name.isEmpty())
         fail(ExitStatus::Failed, say(kNoSimulated, {_simulated->errorString()}));
     if (!_request.userName)
@@ -208,7 +208,7 @@ Outcome SwitchSession::run(const SwitchAction &action)
     const QString error = action(*_viewModel);
     if (!error.isEmpty())
         return {ExitStatus::Failed, error};
-    const Outcome outcome = wait();
+    Outcome outcome = wait();
     if (outcome.status != ExitStatus::Done)
         return outcome;
     settleLog();

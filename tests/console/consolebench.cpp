@@ -201,10 +201,15 @@ ConsoleBench::ConsoleBench(const simulator::SimulatorOptions &options)
 
 ConsoleBench::~ConsoleBench()
 {
+    printIfFailed();
+}
+
+void ConsoleBench::printIfFailed()
+{
     if (!QTest::currentTestFailed() || !_panel)
         return;
     // But for the rows of tables.
-    static const QRegularExpression row(QStringLiteral(R"(\d/\d+/\d+ )"));
+    static const QRegularExpression row(QStringLiteral(R"(\A\[Info\] .*\d/\d+/\d+ )"));
     QStringList logs = _record->logs();
     logs.erase(std::remove_if(logs.begin(), logs.end(), [](const QString &line) { return line.contains(row); }),
                logs.end());
@@ -236,7 +241,8 @@ bool ConsoleBench::connectPanel(std::chrono::milliseconds usual)
 {
     const int before = _record->inventories();
     _panel->deviceCommunicate();
-    return waitUntil([this, before] { return _record->inventories() > before && _panel->isQueueIdle(); }, usual);
+    const auto isDone = [this, before] { return _record->inventories() > before && _panel->isQueueIdle(); };
+    return waitUntil(isDone, usual) && takeLateLines();
 }
 
 bool ConsoleBench::reconnectPanel(std::chrono::milliseconds usual)
@@ -249,19 +255,25 @@ bool ConsoleBench::reconnectPanel(std::chrono::milliseconds usual)
 
 bool ConsoleBench::waitUntilIdle(std::chrono::milliseconds usual)
 {
-    return waitUntil([this] { return _panel->isQueueIdle(); }, usual);
+    return waitUntil([this] { return _panel->isQueueIdle(); }, usual) && takeLateLines();
+}
+
+// The logger's lines come by the event queue.
+bool ConsoleBench::takeLateLines()
+{
+    QCoreApplication::sendPostedEvents(_panel.get(), QEvent::MetaCall);
+    return true;
 }
 
 void ConsoleBench::forget()
 {
-    QCoreApplication::sendPostedEvents(_panel.get(), QEvent::MetaCall); // log lines on their way
+    takeLateLines();
     _record->clear();
     _forgottenCommands = _device.device().commands().size();
 }
 
 QStringList ConsoleBench::inventory()
 {
-    QCoreApplication::sendPostedEvents(_panel.get(), QEvent::MetaCall);
     Inventory found;
     found.down = texts(_panel->gInterface());
     found.up = texts(_panel->xgInterface());

@@ -80,7 +80,7 @@ class ConsoleBench
 public:
     /// The switch runs, and the panel's port, family and credentials are set; nothing is opened.
     explicit ConsoleBench(const simulator::SimulatorOptions &options);
-    /// Prints what has happened when the test has failed.
+    /// printIfFailed()
     ~ConsoleBench();
     ConsoleBench(const ConsoleBench &) = delete;
     ConsoleBench &operator=(const ConsoleBench &) = delete;
@@ -119,10 +119,15 @@ public:
     /// What inventory() should be, by what is built into the switch.
     QStringList expectedInventory();
 
+    /// Prints what has happened since the last forget() when the test has failed.
+    void printIfFailed();
+
     /// What the switch prints when somebody presses Enter beside the panel; without the line ends before it.
     QByteArray standingPrompt();
 
 private:
+    bool takeLateLines();
+
     const simulator::SimulatorOptions _options;
     simulator::SimulatedSwitch _device;
     std::unique_ptr<SwitchDeviceViewModel> _panel;

@@ -89,7 +89,8 @@ QStringList MessageLog::lines() const
     const QMutexLocker locker(&_lock);
     QStringList lines;
     for (const Message &message : _messages) {
-        if (message.file.contains(QLatin1String("switchdeviceviewmodel")) && !message.file.contains(QLatin1String("tst_")))
+        if (message.file.contains(QLatin1String("switchdeviceviewmodel"))
+            && !message.file.contains(QLatin1String("tst_")))
             lines.append(QLatin1String(levelName(message.type)) + QLatin1Char(' ') + message.text);
     }
     return lines;
@@ -176,7 +177,8 @@ QStringList ConsoleScene::signalTexts() const
         const QVariant argument = emission.arguments.value(0);
         // Enumerators have no text of their own.
         if (emission.name == QLatin1String("parseStateChanged"))
-            texts.append(QStringLiteral("parseStateChanged(%1)").arg(argument.value<SwitchDeviceViewModel::ParseState>()));
+            texts.append(
+                QStringLiteral("parseStateChanged(%1)").arg(argument.value<SwitchDeviceViewModel::ParseState>()));
         else if (emission.name == QLatin1String("currentconnectTypeChanged"))
             texts.append(QStringLiteral("currentconnectTypeChanged(%1)")
                              .arg(argument.value<SwitchDeviceViewModel::ConnectType>()));
@@ -251,8 +253,7 @@ QByteArray ConsoleScene::listing(Family family, int downPorts, int upPorts)
 
 QByteArray ConsoleScene::aggregationListing(Family family, int downPorts, int upPorts)
 {
-    return header(family)
-           + ports(tenGigabitName(family), family == Family::Hua3 ? 1 : 0, 1, downPorts)
+    return header(family) + ports(tenGigabitName(family), family == Family::Hua3 ? 1 : 0, 1, downPorts)
            + ports("40GE", family == Family::Hua3 ? 1 : 0, 1, upPorts);
 }
 

@@ -379,8 +379,8 @@ void TestSwitchDeviceViewModelConfiguration::feature_handsOverItsValues_andSends
                                                 .arg(QLatin1String(features()[i].name), QLatin1String(family.name),
                                                      isAggregation ? QStringLiteral(" aggregation") : QString(),
                                                      QLatin1String(status), QLatin1String(language));
-                        QTest::newRow(qPrintable(tag)) << i << family.family << isAggregation << QString::fromLatin1(status)
-                                                       << QString::fromLatin1(language);
+                        QTest::newRow(qPrintable(tag)) << i << family.family << isAggregation
+                                                       << QString::fromLatin1(status) << QString::fromLatin1(language);
                     }
                 }
             }
@@ -417,9 +417,9 @@ void TestSwitchDeviceViewModelConfiguration::feature_handsOverItsValues_andSends
     QCOMPARE(shown.takeFirst(), kWaiting);
     const bool hasUp = calls.join(QString()).contains(QLatin1String("UpPortRange"));
     const bool isLink = calls.join(QString()).contains(QLatin1String("setLink"));
-    QCOMPARE(shown, !hasUp ? QStringList()
-             : isLink ? texts({"linkUpPortMinChanged()", "linkUpPortMaxChanged()"})
-                      : texts({"upPortMinChanged()", "upPortMaxChanged()"}));
+    QCOMPARE(shown, !hasUp   ? QStringList()
+                    : isLink ? texts({"linkUpPortMinChanged()", "linkUpPortMaxChanged()"})
+                             : texts({"upPortMinChanged()", "upPortMaxChanged()"}));
     // And no second block.
     scene.complete();
     QCOMPARE(scene.sent().size(), 1);
@@ -491,9 +491,10 @@ void TestSwitchDeviceViewModelConfiguration::allEnabled_areBuiltInTheirOrder_and
     scene->sendSwitchDeviceCmd();
     QStringList getters = scene.calls().filter(QRegularExpression(QStringLiteral("\\Aget.*Query|ForPorts")));
     getters.replaceInStrings(QRegularExpression(QStringLiteral("\\(.*")), QString());
-    QCOMPARE(getters, texts({"getVlanQueryCommands", "getMulticastQueryCommands", "getQuerierQueryCommands",
-                             "getLinkAggregationQueryCommands", "getMirrorPortQueryCommands",
-                             "getAutoNegotiationQueryCommands", "getPOEQueryCommands", "getInterfaceCommandsForPorts"}));
+    QCOMPARE(getters,
+             texts({"getVlanQueryCommands", "getMulticastQueryCommands", "getQuerierQueryCommands",
+                    "getLinkAggregationQueryCommands", "getMirrorPortQueryCommands", "getAutoNegotiationQueryCommands",
+                    "getPOEQueryCommands", "getInterfaceCommandsForPorts"}));
     for (int i = 0; i < 8; ++i)
         scene.complete();
     QStringList sent = _log->lines(QStringLiteral("info")).filter(scene.tr("执行中..."));
@@ -528,7 +529,7 @@ void TestSwitchDeviceViewModelConfiguration::slot_ofTheListing_isHandedOver()
     scene->sendSwitchDeviceCmd();
     const QStringList slotCalls = scene.calls().filter(QStringLiteral("setBoardNum"));
     QCOMPARE(slotCalls, (QStringList{QStringLiteral("setBoardNum(5)"), QStringLiteral("setBoardNum(5)"),
-                                  QStringLiteral("setBoardNum(5)"), QStringLiteral("setBoardNum(5)")}));
+                                     QStringLiteral("setBoardNum(5)"), QStringLiteral("setBoardNum(5)")}));
 }
 
 //! Copper ports, minimum and maximum, and the maximum that is handed over.
@@ -571,8 +572,8 @@ void TestSwitchDeviceViewModelConfiguration::vlanDownRange_isLoweredToTheCopperP
     QCOMPARE(scene.calls().filter(QStringLiteral("PortRange")),
              QStringList{QStringLiteral("setDownPortRange(%1, %2)").arg(minimum).arg(lowered)});
     QCOMPARE(scene->downPortMax(), lowered);
-    QCOMPARE(scene.signalTexts(),
-             lowered == maximum ? QStringList{kWaiting} : (QStringList{kWaiting, QStringLiteral("downPortMaxChanged()")}));
+    QCOMPARE(scene.signalTexts(), lowered == maximum ? QStringList{kWaiting}
+                                                     : (QStringList{kWaiting, QStringLiteral("downPortMaxChanged()")}));
 }
 
 void TestSwitchDeviceViewModelConfiguration::linkDownRange_isLoweredToTheCopperPorts_data()
@@ -751,14 +752,14 @@ void TestSwitchDeviceViewModelConfiguration::hua3Link_calls()
     scene->sendSwitchDeviceCmd();
     QStringList calls = scene.calls();
     calls.removeLast(); // the sending
-    const QStringList row = texts(
-        {"setLinkId(3)", "setLinkInterfaceType(\"access\")", "setDownInterface(\"%D\")",
-         "aggregation: setDownInterface(\"%U\")", "setLinkDownPortRange(2, 3)", "getLinkGigabitSingleCommands()",
-         "setLinkDownPortRange(2, 2)", "getLinkGigabitSingleCommands()", "setLinkDownPortRange(3, 3)",
-         "getLinkGigabitSingleCommands()", "setUpInterface(\"%U\")", "aggregation: setUpInterface(\"%F\")",
-         "setLinkUpPortRange(%l, %h)", "getLink10GSingleCommands()", "setLinkUpPortRange(%l, %l)",
-         "getLink10GSingleCommands()", "setLinkUpPortRange(%h, %h)", "getLink10GSingleCommands()",
-         "getLinkAggregationQueryCommands()"});
+    const QStringList row =
+        texts({"setLinkId(3)", "setLinkInterfaceType(\"access\")", "setDownInterface(\"%D\")",
+               "aggregation: setDownInterface(\"%U\")", "setLinkDownPortRange(2, 3)", "getLinkGigabitSingleCommands()",
+               "setLinkDownPortRange(2, 2)", "getLinkGigabitSingleCommands()", "setLinkDownPortRange(3, 3)",
+               "getLinkGigabitSingleCommands()", "setUpInterface(\"%U\")", "aggregation: setUpInterface(\"%F\")",
+               "setLinkUpPortRange(%l, %h)", "getLink10GSingleCommands()", "setLinkUpPortRange(%l, %l)",
+               "getLink10GSingleCommands()", "setLinkUpPortRange(%h, %h)", "getLink10GSingleCommands()",
+               "getLinkAggregationQueryCommands()"});
     FamilyFacts hua3 = facts(Family::Hua3);
     QStringList expected = expectedCalls(row, hua3, isAggregation, QString());
     // Two ports of each kind only.
@@ -876,7 +877,8 @@ void TestSwitchDeviceViewModelConfiguration::pageKey_takesNoLineEnd_inSomeQuerie
             QTest::newRow(qPrintable(tag)) << i << Family::Huawei << getter << bare.contains(getter);
             if (features()[i].isHua3Different)
                 continue;
-            QTest::newRow(qPrintable(tag + QStringLiteral(", Hua3"))) << i << Family::Hua3 << getter << bare.contains(getter);
+            QTest::newRow(qPrintable(tag + QStringLiteral(", Hua3")))
+                << i << Family::Hua3 << getter << bare.contains(getter);
         }
     }
     for (int i = 0; i < features().size(); ++i) {
@@ -915,9 +917,9 @@ void TestSwitchDeviceViewModelConfiguration::commands_areSentAsUtf8()
 //! Every label that is translated.
 static QStringList sourceLabels()
 {
-    return texts({"VLAN划分", "组播", "查询器", "链路聚合", "镜像端口配置", "自协商开关", "POE设置", "接口设置",
-                  "保存配置", "清空配置", "文件配置", "导出配置", "接口解析", "光电端口解析", "用户名", "vlan",
-                  "端口状态监测", "接口速率", "光模块", "IP冲突", "组播转发表"});
+    return texts({"VLAN划分", "组播",     "查询器",       "链路聚合", "镜像端口配置", "自协商开关", "POE设置",
+                  "接口设置", "保存配置", "清空配置",     "文件配置", "导出配置",     "接口解析",   "光电端口解析",
+                  "用户名",   "vlan",     "端口状态监测", "接口速率", "光模块",       "IP冲突",     "组播转发表"});
 }
 
 //! Those that are not.

@@ -239,7 +239,8 @@ void TestSwitchDeviceViewModelFiles::export_withoutPath_doesNothing()
 void TestSwitchDeviceViewModelFiles::exportPath_isStoredUnchanged()
 {
     FileScene scene;
-    for (const QString &path : {QStringLiteral("file:///tmp/a b.txt"), QStringLiteral(" /no/such/../folder/ "), QString()}) {
+    for (const QString &path :
+         {QStringLiteral("file:///tmp/a b.txt"), QStringLiteral(" /no/such/../folder/ "), QString()}) {
         scene->setExportPath(path);
         QCOMPARE(scene->getExportPath(), path);
     }
@@ -258,9 +259,8 @@ void TestSwitchDeviceViewModelFiles::export_isSplitAtPageKeys_data()
     const QString label = QStringLiteral("导出配置");
     const QString label0 = label + QLatin1Char('0');
     const QString label1 = label + QLatin1Char('1');
-    QTest::newRow("X space Y space Z")
-        << QStringList{x, space, y, space, z} << QStringList{label0, label, label1}
-        << QList<QByteArray>{"X\r\nspace", "Z\r\n", "显示 Y\r\nspace"};
+    QTest::newRow("X space Y space Z") << QStringList{x, space, y, space, z} << QStringList{label0, label, label1}
+                                       << QList<QByteArray>{"X\r\nspace", "Z\r\n", "显示 Y\r\nspace"};
     QTest::newRow("X space Y space") << QStringList{x, space, y, space} << QStringList{label0, label1}
                                      << QList<QByteArray>{"X\r\nspace", "显示 Y\r\nspace"};
     QTest::newRow("leading space") << QStringList{space, x, space} << QStringList{label0}
@@ -273,14 +273,22 @@ void TestSwitchDeviceViewModelFiles::export_isSplitAtPageKeys_data()
     QTest::newRow("a space among words is a command")
         << QStringList{QStringLiteral("a space b"), QStringLiteral("space "), QStringLiteral("SPACE")}
         << QStringList{label} << QList<QByteArray>{"a space b\r\nspace \r\nSPACE\r\n"};
-    QTest::newRow("an empty command is a line") << QStringList{QString(), space} << QStringList{label0}
-                                                << QList<QByteArray>{"\r\nspace"};
+    QTest::newRow("an empty command is a line")
+        << QStringList{QString(), space} << QStringList{label0} << QList<QByteArray>{"\r\nspace"};
     QTest::newRow("eleven pieces leave as text is ordered")
-        << QStringList{x, space, x, space, x, space, x, space, x, space, x, space,
-                       x, space, x, space, x, space, x, space, z, space}
-        << QStringList{label0, label1, label1 + QLatin1Char('0'), label + QLatin1Char('2'), label + QLatin1Char('3'),
-                       label + QLatin1Char('4'), label + QLatin1Char('5'), label + QLatin1Char('6'),
-                       label + QLatin1Char('7'), label + QLatin1Char('8'), label + QLatin1Char('9')}
+        << QStringList{x,     space, x,     space, x,     space, x,     space, x,     space, x,
+                       space, x,     space, x,     space, x,     space, x,     space, z,     space}
+        << QStringList{label0,
+                       label1,
+                       label1 + QLatin1Char('0'),
+                       label + QLatin1Char('2'),
+                       label + QLatin1Char('3'),
+                       label + QLatin1Char('4'),
+                       label + QLatin1Char('5'),
+                       label + QLatin1Char('6'),
+                       label + QLatin1Char('7'),
+                       label + QLatin1Char('8'),
+                       label + QLatin1Char('9')}
         << QList<QByteArray>{"X\r\nspace", "X\r\nspace", "Z\r\nspace", "X\r\nspace", "X\r\nspace", "X\r\nspace",
                              "X\r\nspace", "X\r\nspace", "X\r\nspace", "X\r\nspace", "X\r\nspace"};
 }
@@ -368,17 +376,18 @@ void TestSwitchDeviceViewModelFiles::export_replyIsWrittenAsItCame_data()
 {
     QTest::addColumn<QByteArray>("reply");
     QTest::addColumn<QByteArray>("written");
-    const auto same = [](const char *tag, const QByteArray &reply) {
-        QTest::newRow(tag) << reply << asText(reply);
-    };
+    const auto same = [](const char *tag, const QByteArray &reply) { QTest::newRow(tag) << reply << asText(reply); };
     same("one character", "x");
     same("line ends of all kinds", "a\r\nb\nc\rd\r\r\ne\n\r");
     same("blanks at the ends", "  a  \r\n\t\r\n ");
     same("control characters", QByteArray("a\0b\x1b[16D\x7f", 9));
     same("four-octet characters", "\xf0\x9f\x94\x8c\r\n");
-    same("byte-order mark in the middle", "a\xef\xbb\xbf" "b");
-    same("byte-order mark at the beginning", "\xef\xbb\xbf" "a");
-    QTest::newRow("not UTF-8") << QByteArray("a\xff b\r\n\xc0\xaf") << asText("a\xef\xbf\xbd b\r\n\xef\xbf\xbd\xef\xbf\xbd");
+    same("byte-order mark in the middle", "a\xef\xbb\xbf"
+                                          "b");
+    same("byte-order mark at the beginning", "\xef\xbb\xbf"
+                                             "a");
+    QTest::newRow("not UTF-8") << QByteArray("a\xff b\r\n\xc0\xaf")
+                               << asText("a\xef\xbf\xbd b\r\n\xef\xbf\xbd\xef\xbf\xbd");
     QByteArray large;
     for (int line = 0; line < 3000; ++line)
         large += " port trunk allow-pass vlan 2 to 4094 描述 " + QByteArray::number(line) + "\r\n";
@@ -494,7 +503,8 @@ void TestSwitchDeviceViewModelFiles::export_fileThatCannotBeWritten_namesIt_andG
     scene.reply("text");
     const QStringList warnings = _log->lines(QStringLiteral("warning"));
     QCOMPARE(warnings.size(), 1);
-    QVERIFY2(warnings.first().startsWith(QStringLiteral("导出文件写入失败：/dev/full: ")), qPrintable(warnings.first()));
+    QVERIFY2(warnings.first().startsWith(QStringLiteral("导出文件写入失败：/dev/full: ")),
+             qPrintable(warnings.first()));
     QCOMPARE(scene.sent().size(), 2);
     scene.reply("text");
     QCOMPARE(_log->lines(QStringLiteral("warning")).size(), 2);
@@ -591,9 +601,12 @@ void TestSwitchDeviceViewModelFiles::import_sendsTheFilesLines_data()
         << QByteArray("\xef\xbb\xbfsystem-view\r\nvlan 10\r\n") << two;
     QTest::newRow("blanks inside stay") << QByteArray(" a  b\tc \n") << QByteArray("a  b\tc\r\n");
     QTest::newRow("UTF-8") << QByteArray("description 交换机\n") << QByteArray("description 交换机\r\n");
-    QTest::newRow("ideographic blanks are blanks") << QByteArray("\xe3\x80\x80vlan 10\xe3\x80\x80\n")
-                                                   << QByteArray("vlan 10\r\n");
-    QTest::newRow("not UTF-8") << QByteArray("a\xff" "b\n\xc3\n") << QByteArray("a\xef\xbf\xbd" "b\r\n\xef\xbf\xbd\r\n");
+    QTest::newRow("ideographic blanks are blanks")
+        << QByteArray("\xe3\x80\x80vlan 10\xe3\x80\x80\n") << QByteArray("vlan 10\r\n");
+    QTest::newRow("not UTF-8") << QByteArray("a\xff"
+                                             "b\n\xc3\n")
+                               << QByteArray("a\xef\xbf\xbd"
+                                             "b\r\n\xef\xbf\xbd\r\n");
     QTest::newRow("page key is a line") << QByteArray("space\n") << QByteArray("space\r\n");
     QTest::newRow("the same line again") << QByteArray("quit\nquit\n") << QByteArray("quit\r\nquit\r\n");
 }
@@ -676,7 +689,8 @@ void TestSwitchDeviceViewModelFiles::import_inEnglish()
     FileScene scene(QStringLiteral("en"));
     QVERIFY(writeFile(scene.file("import.txt"), "vlan 10\n"));
     scene->importSwitchInfo(scene.file("import.txt"));
-    QCOMPARE(_log->lines(QStringLiteral("info")), QStringList{QStringLiteral("Configuration from file in progress...")});
+    QCOMPARE(_log->lines(QStringLiteral("info")),
+             QStringList{QStringLiteral("Configuration from file in progress...")});
 }
 
 void TestSwitchDeviceViewModelFiles::defaultConfigPath_existingFolder_isCanonical()
@@ -684,8 +698,7 @@ void TestSwitchDeviceViewModelFiles::defaultConfigPath_existingFolder_isCanonica
     ConsoleScene scene;
     const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/switchconfig");
     QVERIFY2(QFileInfo::exists(folder), qPrintable(folder)); // of the build tree
-    QCOMPARE(scene->getDefaultConfigPath(),
-             QUrl::fromLocalFile(QFileInfo(folder).canonicalFilePath()).toString());
+    QCOMPARE(scene->getDefaultConfigPath(), QUrl::fromLocalFile(QFileInfo(folder).canonicalFilePath()).toString());
     QVERIFY(!scene->getDefaultConfigPath().contains(QLatin1String("..")));
     QVERIFY(scene->getDefaultConfigPath().startsWith(QLatin1String("file:///")));
 }
@@ -700,8 +713,9 @@ void TestSwitchDeviceViewModelFiles::defaultConfigPath_missingFolder_isAsItIs()
     const QString copy = folder + QLatin1Char('/') + program.fileName();
     QVERIFY(QFile::copy(program.filePath(), copy));
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PATH"), program.path() + QDir::listSeparator()
-                                                   + environment.value(QStringLiteral("PATH"))); // its libraries, on Windows
+    environment.insert(QStringLiteral("PATH"),
+                       program.path() + QDir::listSeparator()
+                           + environment.value(QStringLiteral("PATH"))); // its libraries, on Windows
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(copy, {QLatin1String(kPrintPath)});

@@ -19,8 +19,8 @@ RecordingPlatform &platform()
 QString loading(const char *file)
 {
     const QString path = file[0] == '\0' ? QString()
-                                         : QCoreApplication::applicationDirPath()
-                                               + QStringLiteral("/../share/devices/") + QLatin1String(file);
+                                         : QCoreApplication::applicationDirPath() + QStringLiteral("/../share/devices/")
+                                               + QLatin1String(file);
     return QStringLiteral("loadXmlConfig(\"%1\")").arg(path);
 }
 
@@ -203,8 +203,8 @@ void TestSwitchDeviceViewModelInventory::family_separator_survivesHua3_data()
     QTest::addColumn<QString>("separatorThen");
     QTest::newRow("behind Huawei") << Family::Huawei << QStringLiteral("setWildcard(\"-\")")
                                    << QStringLiteral("setWildcard(\"-\")");
-    QTest::newRow("behind the sub-model") << Family::HuaweiSubModel << QStringLiteral("setWildcard(\" \")")
-                                          << QStringLiteral("setWildcard(\" \")");
+    QTest::newRow("behind the sub-model")
+        << Family::HuaweiSubModel << QStringLiteral("setWildcard(\" \")") << QStringLiteral("setWildcard(\" \")");
     QTest::newRow("behind nothing") << Family::None << QStringLiteral("setWildcard(\"\")")
                                     << QStringLiteral("setWildcard(\"\")");
 }
@@ -269,15 +269,14 @@ void TestSwitchDeviceViewModelInventory::listing_fillsTheInventory_data()
     QTest::newRow("aggregation sub-model")
         << Family::Huawei << ConsoleScene::aggregationListing(Family::HuaweiSubModel) << names("10GE0/0/", 1, 24)
         << QVariantList() << 1 << QStringLiteral("down 1-24 23, up 1-6 5");
-    QTest::newRow("aggregation Hua3")
-        << Family::Hua3 << ConsoleScene::aggregationListing(Family::Hua3) << names("t1/0/", 1, 24) << QVariantList()
-        << 1 << QStringLiteral("down 1-24 23, up 1-6 5");
+    QTest::newRow("aggregation Hua3") << Family::Hua3 << ConsoleScene::aggregationListing(Family::Hua3)
+                                      << names("t1/0/", 1, 24) << QVariantList() << 1
+                                      << QStringLiteral("down 1-24 23, up 1-6 5");
     QTest::newRow("10-gigabit ports of long names alone")
         << Family::Huawei << QByteArray("Interface PHY\r\nXGigabitEthernet0/0/1 up\r\nXGigabitEthernet0/0/2 up\r\n")
         << names("xg0/0/", 1, 2) << QVariantList() << 1 << QStringLiteral("down 1-2 1, up -1--1 0");
     QTest::newRow("with echo and prompt")
-        << Family::Huawei
-        << QByteArray("<S>display interface brief\r\nInterface PHY\r\nGigabitEthernet0/0/7 up\r\n<S>")
+        << Family::Huawei << QByteArray("<S>display interface brief\r\nInterface PHY\r\nGigabitEthernet0/0/7 up\r\n<S>")
         << names("g0/0/", 7, 7) << QVariantList() << 0 << QStringLiteral("down 7-7 0, up -1--1 0");
 }
 
@@ -314,7 +313,8 @@ void TestSwitchDeviceViewModelInventory::listing_announcesInThisOrder_data()
                             << QByteArray("Interface PHY\r\nGigabitEthernet0/0/3 up\r\nGigabitEthernet0/0/48 up\r\n"
                                           "XGigabitEthernet0/0/2 up\r\nXGigabitEthernet0/0/5 up\r\n")
                             << QStringList{header}
-                            << QStringList{QStringLiteral("comDownNumChanged(45)"), QStringLiteral("comUpNumChanged(3)"),
+                            << QStringList{QStringLiteral("comDownNumChanged(45)"),
+                                           QStringLiteral("comUpNumChanged(3)"),
                                            QStringLiteral("downComRangeChanged((3-48))"),
                                            QStringLiteral("upComRangeChanged((2-5))")};
     QTest::newRow("Hua3") << Family::Hua3
@@ -325,8 +325,9 @@ void TestSwitchDeviceViewModelInventory::listing_announcesInThisOrder_data()
                                          QStringLiteral("downComRangeChanged((3-48))"),
                                          QStringLiteral("upComRangeChanged((49-52))")};
     QTest::newRow("aggregation sub-model")
-        << Family::Huawei << QByteArray("Interface PHY\r\n10GE0/0/3 up\r\n10GE0/0/48 up\r\n40GE0/0/1 up\r\n"
-                                        "40GE0/0/2 up\r\n")
+        << Family::Huawei
+        << QByteArray("Interface PHY\r\n10GE0/0/3 up\r\n10GE0/0/48 up\r\n40GE0/0/1 up\r\n"
+                      "40GE0/0/2 up\r\n")
         << QStringList{header, aggregation}
         << QStringList{QStringLiteral("comDownNumChanged(45)"), QStringLiteral("comUpNumChanged(1)"),
                        QStringLiteral("downComRangeChanged((3-48))"), QStringLiteral("upComRangeChanged((1-2))")};
@@ -495,8 +496,8 @@ void TestSwitchDeviceViewModelInventory::listing_slotOfTheFirstPort_data()
     QTest::addColumn<QString>("slot");
     QTest::newRow("long name") << QByteArray("GigabitEthernet2/0/1\r\nGigabitEthernet3/0/1\r\n")
                                << QStringLiteral("setBoardNum(2)");
-    QTest::newRow("10-gigabit long name first") << QByteArray("XGigabitEthernet4/0/1\r\nGigabitEthernet3/0/1\r\n")
-                                                << QStringLiteral("setBoardNum(4)");
+    QTest::newRow("10-gigabit long name first")
+        << QByteArray("XGigabitEthernet4/0/1\r\nGigabitEthernet3/0/1\r\n") << QStringLiteral("setBoardNum(4)");
     QTest::newRow("short name") << QByteArray("GE5/0/1\r\nGE6/0/1\r\n") << QStringLiteral("setBoardNum(5)");
     QTest::newRow("no port at all") << QByteArray("Vlanif1 up\r\n") << QStringLiteral("setBoardNum(0)");
     QTest::newRow("too large a number") << QByteArray("GigabitEthernet99999999999/0/1\r\n")
@@ -604,8 +605,9 @@ void TestSwitchDeviceViewModelInventory::listing_chain_inEnglish()
     scene.ask(QStringLiteral("Interface discovery"));
     scene.answer("Interface PHY\r\nGigabitEthernet3/0/1 up\r\n");
     scene.complete();
-    QCOMPARE(scene.calls(), (QStringList{QStringLiteral("getInterfaceSpeedCommands()"),
-                                         sentCall("getInterfaceSpeedCommands 1\\r\\ngetInterfaceSpeedCommands 2\\r\\n")}));
+    QCOMPARE(scene.calls(),
+             (QStringList{QStringLiteral("getInterfaceSpeedCommands()"),
+                          sentCall("getInterfaceSpeedCommands 1\\r\\ngetInterfaceSpeedCommands 2\\r\\n")}));
     QCOMPARE(_log->lines(QStringLiteral("info")).last(),
              QStringLiteral("Optical/electrical port discovery in progress..."));
 }

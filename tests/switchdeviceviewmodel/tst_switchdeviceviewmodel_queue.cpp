@@ -5,6 +5,9 @@
 #include <QtCore/QThread>
 #include <QtTest/QtTest>
 
+#include <algorithm>
+#include <limits>
+
 using VM = SwitchDeviceViewModel;
 
 namespace {
@@ -71,6 +74,7 @@ private slots:
 
     // Replies
     void reply_completesAfter200ms();
+    void reply_beforeAnythingWasSent_completesWhatItBringsAbout();
     void reply_whileNothingIsOutstanding_isNotListenedTo();
     void reply_ofAnyThread_isReadOnTheOwnThread();
     void reply_inTwoChunks_eachCompletes();
@@ -162,8 +166,8 @@ void TestSwitchDeviceViewModelQueue::enqueue_labelsOfSeveralLanguages_areOrdered
 {
     QueueScene scene;
     scene.enqueue(VM::InputMore);
-    scene->saveSwitchDeviceCmd();  // "保存配置", U+4FDD
-    scene->clearAllConfig();       // "清空配置", U+6E05
+    scene->saveSwitchDeviceCmd();    // "保存配置", U+4FDD
+    scene->clearAllConfig();         // "清空配置", U+6E05
     scene.enqueue(VM::LoginSuccess); // "接口解析", U+63A5
     scene.enqueue(VM::NeedUsername);
     for (int i = 0; i < 5; ++i)
@@ -246,18 +250,35 @@ void TestSwitchDeviceViewModelQueue::send_logsItsBytesForDevelopers()
 
 void TestSwitchDeviceViewModelQueue::reply_completesAfter200ms()
 {
+    // The best of several: other programs run on this machine, and make it later, but never earlier.
+    qint64 best = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < 4; ++i) {
+        QueueScene scene;
+        scene.enqueue(VM::InputMore);
+        scene.enqueue(VM::NeedUsername);
+        _log->clear();
+        QElapsedTimer timer;
+        timer.start();
+        platform().feed("nothing known");
+        QVERIFY(QTest::qWaitFor([&scene] { return scene.sent().size() == 2; }));
+        best = std::min(best, timer.elapsed());
+        QVERIFY2(timer.elapsed() >= 200, qPrintable(QString::number(timer.elapsed())));
+        QCOMPARE(_log->lines(QStringLiteral("info")), (QStringList{ended("enter"), running("login_cmd")}));
+        scene.processEvents();
+        QCOMPARE(scene.countOf("isWaitingResponseChanged"), 3);
+        QVERIFY(scene->isWaitingResponse());
+    }
+    QVERIFY2(best < 250, qPrintable(QString::number(best)));
+}
+
+void TestSwitchDeviceViewModelQueue::reply_beforeAnythingWasSent_completesWhatItBringsAbout()
+{
+    // No disconnect has been: this reply is none from before one.
     QueueScene scene;
-    scene.enqueue(VM::InputMore);
-    scene.enqueue(VM::NeedUsername);
-    QElapsedTimer timer;
-    timer.start();
-    platform().feed("nothing known");
-    QTRY_COMPARE(scene.sent().size(), 2);
-    QVERIFY2(timer.elapsed() >= 200 && timer.elapsed() < 450, qPrintable(QString::number(timer.elapsed())));
-    QCOMPARE(_log->lines(QStringLiteral("info")), (QStringList{running("enter"), ended("enter"), running("login_cmd")}));
-    scene.processEvents();
-    QCOMPARE(scene.signalTextsWithoutLog().count(QStringLiteral("isWaitingResponseChanged()")), 3);
-    QVERIFY(scene->isWaitingResponse());
+    scene.answer("Username:");
+    QCOMPARE(scene.sent(), QList<QByteArray>{kLogin});
+    QTRY_COMPARE(_log->lines(QStringLiteral("info")), (QStringList{running("login_cmd"), ended("login_cmd")}));
+    QVERIFY(!scene->isWaitingResponse());
 }
 
 void TestSwitchDeviceViewModelQueue::reply_whileNothingIsOutstanding_isNotListenedTo()
@@ -307,9 +328,8 @@ void TestSwitchDeviceViewModelQueue::reply_inTwoChunks_eachCompletes()
     platform().feed("one");
     platform().feed("two");
     QTRY_COMPARE(scene.sent().size(), 3);
-    QCOMPARE(_log->lines(QStringLiteral("info")),
-             (QStringList{running("--more--"), ended("--more--"), running("enter"), ended("enter"),
-                          running("login_cmd")}));
+    QCOMPARE(_log->lines(QStringLiteral("info")), (QStringList{running("--more--"), ended("--more--"), running("enter"),
+                                                               ended("enter"), running("login_cmd")}));
     QTest::qWait(250);
     QCOMPARE(scene.sent().size(), 3);
 }
@@ -374,8 +394,8 @@ void TestSwitchDeviceViewModelQueue::reply_insideTheSending_isTakenAsAnyOther()
     scene.enqueue(VM::NeedPassword);
     QTRY_COMPARE(scene.sent(), (QList<QByteArray>{kLogin, kPassword}));
     QTRY_VERIFY(!scene->isWaitingResponse());
-    QCOMPARE(_log->lines(QStringLiteral("info")), (QStringList{running("login_cmd"), ended("login_cmd"),
-                                                               running("password_cmd"), ended("password_cmd")}));
+    QCOMPARE(_log->lines(QStringLiteral("info")),
+             (QStringList{running("login_cmd"), ended("login_cmd"), running("password_cmd"), ended("password_cmd")}));
 }
 
 void TestSwitchDeviceViewModelQueue::completed_whileSomebodySendsInAnswerToIt_keepsOneOutstanding()
@@ -413,14 +433,15 @@ void TestSwitchDeviceViewModelQueue::silence_asksForARepetition_andSendsEnter()
     _log->clear();
     platform().feed(QByteArray());
     scene.processEvents();
-    QCOMPARE(_log->lines(QStringLiteral("info")), (QStringList{failed("login_cmd"), ended("login_cmd"), running("enter")}));
+    QCOMPARE(_log->lines(QStringLiteral("info")),
+             (QStringList{failed("login_cmd"), ended("login_cmd"), running("enter")}));
     QCOMPARE(scene.sent(), QList<QByteArray>{kEnter});
-    QCOMPARE(scene.signalTexts(), (QStringList{QStringLiteral("isWaitingResponseChanged()"),
-                                               QStringLiteral("isWaitingResponseChanged()")}));
+    QCOMPARE(scene.signalTexts(),
+             (QStringList{QStringLiteral("isWaitingResponseChanged()"), QStringLiteral("isWaitingResponseChanged()")}));
     QVERIFY(scene->isWaitingResponse());
-    QCOMPARE(scene.panelLines(),
-             (QStringList{QStringLiteral("[Info] ") + failed("login_cmd"), QStringLiteral("[Info] ") + ended("login_cmd"),
-                          QStringLiteral("[Info] ") + running("enter")}));
+    QCOMPARE(scene.panelLines(), (QStringList{QStringLiteral("[Info] ") + failed("login_cmd"),
+                                              QStringLiteral("[Info] ") + ended("login_cmd"),
+                                              QStringLiteral("[Info] ") + running("enter")}));
 }
 
 void TestSwitchDeviceViewModelQueue::silence_withBlocksWaiting_keepsTheLabelOrder()
@@ -548,8 +569,9 @@ void TestSwitchDeviceViewModelQueue::recAllData_findsNoParser()
     QCOMPARE(_log->takeWarnings(), QStringList());
     scene->slot_RecAllData("Username:");
     scene.processEvents();
-    QCOMPARE(_log->takeWarnings(),
-             QStringList{QStringLiteral("QMetaObject::invokeMethod: No such method SwitchDeviceViewModel::startParsing()")});
+    QCOMPARE(
+        _log->takeWarnings(),
+        QStringList{QStringLiteral("QMetaObject::invokeMethod: No such method SwitchDeviceViewModel::startParsing()")});
     QCOMPARE(scene.signalTexts(), QStringList());
     QCOMPARE(scene.calls(), QStringList());
 }

@@ -39,8 +39,8 @@ struct Row
     const char *label = nullptr; //!< of the query that is answered; null: an answer to "enter"
     QByteArray reply;
     QStringList info;
-    QString result;      //!< what the console batch shows
-    QStringList signals_; //!< without isWaitingResponseChanged
+    QString result;    //!< what the console batch shows
+    QStringList shown; //!< signals, without isWaitingResponseChanged
     bool endsWaiting = true;
     QList<QByteArray> chained; //!< sent behind the reply
     QStringList warnings;
@@ -74,15 +74,13 @@ QStringList resolved(const ConsoleScene &scene, const QStringList &list)
     return all;
 }
 
-// clang-format off
-const QByteArray kTransceivers =
-    "GigabitEthernet0/0/23 transceiver information:\r\n"
-    "  Transceiver Type   :1000_BASE_SX_SFP\r\n"
-    "  Vendor Name        :ACME\r\n"
-    "Info: Port GigabitEthernet0/0/24, transceiver is absent.\r\n"
-    "XGigabitEthernet0/0/1 transceiver information:\r\n"
-    "  Connector Type     :LC\r\n"
-    "  Wavelength(nm)     :850\r\n";
+const QByteArray kTransceivers = "GigabitEthernet0/0/23 transceiver information:\r\n"
+                                 "  Transceiver Type   :1000_BASE_SX_SFP\r\n"
+                                 "  Vendor Name        :ACME\r\n"
+                                 "Info: Port GigabitEthernet0/0/24, transceiver is absent.\r\n"
+                                 "XGigabitEthernet0/0/1 transceiver information:\r\n"
+                                 "  Connector Type     :LC\r\n"
+                                 "  Wavelength(nm)     :850\r\n";
 
 QVector<Row> huaweiRows()
 {
@@ -98,22 +96,27 @@ QVector<Row> huaweiRows()
         added.chained = {kNextPage};
     }
     {
-        Row &added = add(row("multicast table, off", "组播转发表", "Info: Please enable IGMP snooping in the global view first.\r\n"));
+        Row &added = add(row("multicast table, off", "组播转发表",
+                             "Info: Please enable IGMP snooping in the global view first.\r\n"));
         added.info = texts({"{未开启全局组播}"});
         added.chained = {kNextPage};
     }
     {
         // The last listing of a reply without configuration is also the one of section 14.
-        Row &added = add(row("multicast table, nothing configured", "组播转发表", "There is no igmp-snooping configuration\r\n"));
+        Row &added = add(
+            row("multicast table, nothing configured", "组播转发表", "There is no igmp-snooping configuration\r\n"));
         added.info = texts({"{没有组播配置}", "{没有组播配置}"});
         added.chained = {kNextPage};
     }
     {
-        Row &added = add(row("multicast table, both reasons", "组播转发表", "There is no igmp-snooping configuration\r\nPlease enable IGMP snooping in the global view first\r\n"));
+        Row &added = add(
+            row("multicast table, both reasons", "组播转发表",
+                "There is no igmp-snooping configuration\r\nPlease enable IGMP snooping in the global view first\r\n"));
         added.info = texts({"{未开启全局组播}", "{未开启全局组播}"});
         added.chained = {kNextPage};
     }
-    add(row("multicast table of another query", "vlan", "Please enable IGMP snooping in the global view first\r\n")).endsWaiting = false;
+    add(row("multicast table of another query", "vlan", "Please enable IGMP snooping in the global view first\r\n"))
+        .endsWaiting = false;
     // 4. IP conflicts
     {
         Row &added = add(row("IP conflicts", "IP冲突", "Conflict type\r\n10.0.0.1 Local\r\n"));
@@ -123,24 +126,35 @@ QVector<Row> huaweiRows()
     add(row("IP conflicts of another query", "vlan", "Conflict type\r\n")).endsWaiting = false;
     // 5. Optical ports
     {
-        Row &added = add(row("optical ports", nullptr, "Board Type   : S5720 : x\r\nOptic Speed\r\nPort Optic MDI Speed\r\n\r\n 0/0/1 GE(C) Up \r\n0/0/2 GE(F)\r\n  ---- More ----\x1b[16D   \x1b[16D" "0/0/3 GE(C)\r\n ---- More ----\r\n<Switch\r\n0/0/4 GE(C)\r\n"));
+        Row &added = add(row("optical ports", nullptr,
+                             "Board Type   : S5720 : x\r\nOptic Speed\r\nPort Optic MDI Speed\r\n\r\n 0/0/1 GE(C) Up "
+                             "\r\n0/0/2 GE(F)\r\n  ---- More ----\x1b[16D   \x1b[16D"
+                             "0/0/3 GE(C)\r\n ---- More ----\r\n<Switch\r\n0/0/4 GE(C)\r\n"));
         added.info = texts({"Board Type   : S5720 : x", "0/0/1 GE(C) Up", "0/0/2 GE(F)"});
         added.result = QStringLiteral("0/0/3 GE(C)");
-        added.signals_ = texts({"boardTypeChanged()"});
+        added.shown = texts({"boardTypeChanged()"});
     }
     add(row("optical ports, no table", nullptr, "Optic Speed\r\n0/0/1 GE(C)\r\n"));
-    add(row("optical ports, board type without a value", nullptr, "Optic Speed\r\nBoard Type :  \r\nBoard Type\r\n")).info = texts({"Board Type :", "Board Type"});
+    add(row("optical ports, board type without a value", nullptr, "Optic Speed\r\nBoard Type :  \r\nBoard Type\r\n"))
+        .info = texts({"Board Type :", "Board Type"});
     // 6. VLAN count
-    add(row("VLANs", "vlan", "The total number of VLANs is : 2\r\n\r\n 1  common\r\n")).info = texts({"The total number of VLANs is : 2", "", " 1  common", ""});
+    add(row("VLANs", "vlan", "The total number of VLANs is : 2\r\n\r\n 1  common\r\n")).info =
+        texts({"The total number of VLANs is : 2", "", " 1  common", ""});
     // 7. Port mirroring
     {
-        Row &added = add(row("mirroring", nullptr, "display port-mirroring\r\n  Observe-port 2 : GigabitEthernet0/0/10\r\n  1    GigabitEthernet0/0/2      Inbound    Observe-port 1\r\n  2    GigabitEthernet0/0/3      Outbound   Observe-port 1\r\n"));
+        Row &added = add(
+            row("mirroring", nullptr,
+                "display port-mirroring\r\n  Observe-port 2 : GigabitEthernet0/0/10\r\n  1    GigabitEthernet0/0/2     "
+                " Inbound    Observe-port 1\r\n  2    GigabitEthernet0/0/3      Outbound   Observe-port 1\r\n"));
         added.debug = texts({"镜像id：2，源端口号2，目的端口号10"});
     }
     add(row("mirroring, none", nullptr, "display port-mirroring\r\n"));
-    add(row("mirroring, a source without destination", nullptr, "display port-mirroring\r\n  1    GigabitEthernet0/0/2      Inbound    Observe-port 1\r\n"));
+    add(row("mirroring, a source without destination", nullptr,
+            "display port-mirroring\r\n  1    GigabitEthernet0/0/2      Inbound    Observe-port 1\r\n"));
     // 8. Current configuration and auto-negotiation
-    const QByteArray configuration = "display current-configuration\r\ninterface GigabitEthernet0/0/1\r\n undo negotiation auto\r\n#\r\ninterface GigabitEthernet0/0/2\r\n#\r\n undo negotiation auto\r\n";
+    const QByteArray configuration =
+        "display current-configuration\r\ninterface GigabitEthernet0/0/1\r\n undo negotiation auto\r\n#\r\ninterface "
+        "GigabitEthernet0/0/2\r\n#\r\n undo negotiation auto\r\n";
     const auto negotiation = [&](const char *name, const char *port, bool logMore, const char *result) {
         Row &added = add(row(name, nullptr, configuration));
         added.prepare = [port, logMore](VM &viewModel) {
@@ -148,7 +162,9 @@ QVector<Row> huaweiRows()
             viewModel.setLogMore(logMore);
         };
         if (logMore) // the lines of the reply themselves come first
-            added.result = QString::fromUtf8(configuration).remove(configuration.size() - 2, 2).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+            added.result = QString::fromUtf8(configuration)
+                               .remove(configuration.size() - 2, 2)
+                               .replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
         if (qstrlen(result) > 0)
             added.result += QLatin1Char('\n') + QString::fromUtf8(result);
     };
@@ -160,50 +176,66 @@ QVector<Row> huaweiRows()
     negotiation("negotiation, not shown without logMore", "g0/0/1", false, "");
     // 9. PoE
     {
-        Row &added = add(row("PoE", nullptr, "display poe power\r\nnot yet\r\n Interface Class \r\n\r\n GE1/0/1  4\r\n ---- More ----\x1b[16D GE1/0/2  3\r\n ---- More ----\r\n<Switch\r\n GE1/0/3\r\n"));
+        Row &added = add(row("PoE", nullptr,
+                             "display poe power\r\nnot yet\r\n Interface Class \r\n\r\n GE1/0/1  4\r\n ---- More "
+                             "----\x1b[16D GE1/0/2  3\r\n ---- More ----\r\n<Switch\r\n GE1/0/3\r\n"));
         added.result = QStringLiteral("Interface Class\nGE1/0/1  4\nGE1/0/2  3\n<Switch");
     }
-    add(row("PoE, unknown", nullptr, "display poe power\r\n ^\r\nError: Unrecognized command found at '?' position.\r\n Interface\r\n")).info = texts({"not support poe"});
+    add(row("PoE, unknown", nullptr,
+            "display poe power\r\n ^\r\nError: Unrecognized command found at '?' position.\r\n Interface\r\n"))
+        .info = texts({"not support poe"});
     // 10. Transceivers
     {
         Row &added = add(row("transceivers", "光模块", kTransceivers));
-        added.signals_ = texts({"logMessage(GigabitEthernet0/0/24{未检测到光模块})", "logMessage(GigabitEthernet0/0/23{光模块信息:}Transceiver Type   :1000_BASE_SX_SFP\n)"});
-        added.result = QStringLiteral("XGigabitEthernet0/0/1{光模块信息:}Connector Type     :LC\nWavelength(nm)     :850\n");
+        added.shown = texts({"logMessage(GigabitEthernet0/0/24{未检测到光模块})",
+                             "logMessage(GigabitEthernet0/0/23{光模块信息:}Transceiver Type   :1000_BASE_SX_SFP\n)"});
+        added.result =
+            QStringLiteral("XGigabitEthernet0/0/1{光模块信息:}Connector Type     :LC\nWavelength(nm)     :850\n");
     }
     {
-        Row &added = add(row("transceiver absent", "光模块", "Info: Port GigabitEthernet0/0/3, transceiver is absent.\r\n"));
-        added.signals_ = texts({"logMessage(GigabitEthernet0/0/3{未检测到光模块})"});
+        Row &added =
+            add(row("transceiver absent", "光模块", "Info: Port GigabitEthernet0/0/3, transceiver is absent.\r\n"));
+        added.shown = texts({"logMessage(GigabitEthernet0/0/3{未检测到光模块})"});
     }
     // 11. Interface view
     {
-        Row &added = add(row("interface view", nullptr, "display this\r\nbefore\r\n#\r\ninterface GigabitEthernet0/0/1\r\n\r\n port link-type access \r\n return here\r\n#\r\nbehind\r\n"));
-        added.info = texts({"There is no igmp - snooping configuration", "There is no igmp - snooping configuration", "There is no igmp - snooping configuration", "There is no igmp - snooping configuration", "interface GigabitEthernet0/0/1", "port link-type access"});
+        Row &added = add(row("interface view", nullptr,
+                             "display this\r\nbefore\r\n#\r\ninterface GigabitEthernet0/0/1\r\n\r\n port link-type "
+                             "access \r\n return here\r\n#\r\nbehind\r\n"));
+        added.info = texts({"There is no igmp - snooping configuration", "There is no igmp - snooping configuration",
+                            "There is no igmp - snooping configuration", "There is no igmp - snooping configuration",
+                            "interface GigabitEthernet0/0/1", "port link-type access"});
     }
     add(row("interface view, empty", nullptr, "display this\r\n#\r\n#\r\n"));
     // 14. IGMP configuration
     {
-        Row &added = add(row("snooping configuration", nullptr, "igmp-snooping configuration of VLAN 10\r\n enable\r\n"));
+        Row &added =
+            add(row("snooping configuration", nullptr, "igmp-snooping configuration of VLAN 10\r\n enable\r\n"));
         added.info = texts({"igmp-snooping configuration of VLAN 10", " enable", ""});
         added.endsWaiting = false;
     }
-    add(row("snooping configuration, echo", nullptr, "dis igmp-snooping configuration\r\n enable\r\n")).endsWaiting = false;
+    add(row("snooping configuration, echo", nullptr, "dis igmp-snooping configuration\r\n enable\r\n")).endsWaiting =
+        false;
     // 15. Command error
     {
-        Row &added = add(row("refused command", "vlan", "        ^\r\nError: Wrong parameter: command found at '^' position.\r\n"));
+        Row &added = add(
+            row("refused command", "vlan", "        ^\r\nError: Wrong parameter: command found at '^' position.\r\n"));
         added.warnings = texts({"{vlan}{执行失败}"});
         added.endsWaiting = false;
     }
     // 16. Restart
     {
         Row &added = add(row("restart", nullptr, "Info: system will reboot\r\n"));
-        added.signals_ = texts({"showToast({配置正在清除 ，请5分钟后重新连接}, 1)"});
+        added.shown = texts({"showToast({配置正在清除 ，请5分钟后重新连接}, 1)"});
         added.endsWaiting = false;
     }
     // Nothing at all
     add(row("nothing known", "vlan", "nothing known\r\n")).endsWaiting = false;
     add(row("line ends alone", "vlan", "\r\n\r\n")).endsWaiting = false;
-    add(row("not UTF-8", nullptr, "\xff\xfe number of VLANs \xc3\r\n")).info = QStringList{QStringLiteral("\uFFFD\uFFFD number of VLANs \uFFFD"), QString()};
-    add(row("behind a NUL", nullptr, QByteArray("\0number of VLANs", 16))).info = QStringList{QString(QChar(0)) + QStringLiteral("number of VLANs")};
+    add(row("not UTF-8", nullptr, "\xff\xfe number of VLANs \xc3\r\n")).info =
+        QStringList{QStringLiteral("\uFFFD\uFFFD number of VLANs \uFFFD"), QString()};
+    add(row("behind a NUL", nullptr, QByteArray("\0number of VLANs", 16))).info =
+        QStringList{QString(QChar(0)) + QStringLiteral("number of VLANs")};
     return rows;
 }
 
@@ -214,7 +246,9 @@ QVector<Row> hua3Rows()
         rows.append(added);
         return rows.last();
     };
-    const auto silent = [&add](const char *name, const char *label, const QByteArray &reply) { add(row(name, label, reply)).endsWaiting = false; };
+    const auto silent = [&add](const char *name, const char *label, const QByteArray &reply) {
+        add(row(name, label, reply)).endsWaiting = false;
+    };
     const auto logMore = [](VM &viewModel) { viewModel.setLogMore(true); };
     // 1. Multicast forwarding table: its lines, and no page is turned
     {
@@ -234,8 +268,10 @@ QVector<Row> hua3Rows()
         added.endsWaiting = false;
     }
     // 4. VLANs
-    add(row("VLANs", nullptr, "Total VLANs: 2\r\nThe VLANs include:\r\n1(default), 10\r\nother\r\n")).info = texts({"Total VLANs: 2", "The VLANs include:", "1(default), 10"});
-    add(row("VLANs, heading last", nullptr, "Total VLANs: 2\r\nThe VLANs include:")).info = texts({"Total VLANs: 2", "The VLANs include:"});
+    add(row("VLANs", nullptr, "Total VLANs: 2\r\nThe VLANs include:\r\n1(default), 10\r\nother\r\n")).info =
+        texts({"Total VLANs: 2", "The VLANs include:", "1(default), 10"});
+    add(row("VLANs, heading last", nullptr, "Total VLANs: 2\r\nThe VLANs include:")).info =
+        texts({"Total VLANs: 2", "The VLANs include:"});
     // 5. Snooping
     {
         Row &added = add(row("snooping", nullptr, "IGMP snooping is on\r\nother\r\n IGMP snooping global\r\n"));
@@ -243,57 +279,76 @@ QVector<Row> hua3Rows()
         added.endsWaiting = false;
     }
     // 6. Querier
-    add(row("querier", nullptr, " Querier: on\r\nother\r\nQuerier-election: off\r\n")).info = texts({" Querier: on", "Querier-election: off"});
+    add(row("querier", nullptr, " Querier: on\r\nother\r\nQuerier-election: off\r\n")).info =
+        texts({" Querier: on", "Querier-election: off"});
     // 7. Link aggregation
-    const QByteArray aggregation = "Priority Flag\r\nAggregate Interface: BAGG3\r\n Port Status Priority Index Oper-Key Flag\r\n GE1/0/1 S\r\n<Switch\r\nbehind\r\n";
+    const QByteArray aggregation = "Priority Flag\r\nAggregate Interface: BAGG3\r\n Port Status Priority Index "
+                                   "Oper-Key Flag\r\n GE1/0/1 S\r\n<Switch\r\nbehind\r\n";
     add(row("link aggregation, not shown without logMore", nullptr, aggregation));
     {
         Row &added = add(row("link aggregation", nullptr, aggregation));
         added.prepare = logMore;
         added.info = texts({"Port Status Priority Index Oper-Key Flag", "GE1/0/1 S", "<Switch"});
-        added.result = QStringLiteral("Priority Flag\nAggregate Interface: BAGG3\n Port Status Priority Index Oper-Key Flag\n GE1/0/1 S\n<Switch\nbehind");
+        added.result = QStringLiteral("Priority Flag\nAggregate Interface: BAGG3\n Port Status Priority Index Oper-Key "
+                                      "Flag\n GE1/0/1 S\n<Switch\nbehind");
     }
     // 8. Mirroring groups
-    add(row("mirroring groups", nullptr, "Mirroring group 1:\r\n    Type: Local\r\n    Status: Active\r\n    Other: x\r\n    Mirroring port:\r\n        GigabitEthernet1/0/2  Both\r\n<Switch\r\n Type: x\r\n")).info = texts({"{镜像端口配置信息:}", "Type: Local\nStatus: Active\nMirroring port:\nGigabitEthernet1/0/2  Both\n"});
+    add(row("mirroring groups", nullptr,
+            "Mirroring group 1:\r\n    Type: Local\r\n    Status: Active\r\n    Other: x\r\n    Mirroring port:\r\n    "
+            "    GigabitEthernet1/0/2  Both\r\n<Switch\r\n Type: x\r\n"))
+        .info =
+        texts({"{镜像端口配置信息:}", "Type: Local\nStatus: Active\nMirroring port:\nGigabitEthernet1/0/2  Both\n"});
     add(row("mirroring groups, none", nullptr, "Mirroring group 1\r\n"));
     // 9. PoE interfaces
-    const QByteArray poe = " Interface PoE Priority\r\n GE1/0/1 on\r\n ---- More ----\x1b[16D GE1/0/2 on\r\n<Switch\r\nbehind\r\n";
+    const QByteArray poe =
+        " Interface PoE Priority\r\n GE1/0/1 on\r\n ---- More ----\x1b[16D GE1/0/2 on\r\n<Switch\r\nbehind\r\n";
     add(row("PoE interfaces, cut lines alone without logMore", nullptr, poe)).info = texts({"GE1/0/2 on"});
     {
         Row &added = add(row("PoE interfaces", nullptr, poe));
         added.prepare = logMore;
         added.info = texts({"Interface PoE Priority", "GE1/0/1 on", "GE1/0/2 on", "<Switch"});
-        added.result = QString::fromUtf8(poe).remove(poe.size() - 2, 2).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+        added.result =
+            QString::fromUtf8(poe).remove(poe.size() - 2, 2).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     }
     // 10. PoE usage
-    add(row("PoE usage", nullptr, " Interface Link InUsage\r\n GE1/0/1 up\r\n ---- More ----\x1b[16D GE1/0/2 up\r\n<Switch\r\nbehind\r\n")).info = texts({"Interface Link InUsage", "GE1/0/1 up", "GE1/0/2 up", "<Switch"});
+    add(row("PoE usage", nullptr,
+            " Interface Link InUsage\r\n GE1/0/1 up\r\n ---- More ----\x1b[16D GE1/0/2 up\r\n<Switch\r\nbehind\r\n"))
+        .info = texts({"Interface Link InUsage", "GE1/0/1 up", "GE1/0/2 up", "<Switch"});
     // 11. Forwarding table
     {
-        Row &added = add(row("forwarding table", nullptr, "display multicast forwarding-table\r\nTotal 0\r\nmulticast forwarding-table\r\nother\r\n"));
+        Row &added =
+            add(row("forwarding table", nullptr,
+                    "display multicast forwarding-table\r\nTotal 0\r\nmulticast forwarding-table\r\nother\r\n"));
         added.info = texts({"Total 0"});
         added.endsWaiting = false;
     }
     silent("forwarding table, last line", nullptr, "multicast forwarding-table");
     // 12. Optical ports
     {
-        Row &added = add(row("optical ports", nullptr, "Board Type : S5560\r\nPort Optic Speed\r\n0/0/1 GE(C)\r\n<Switch\r\n"));
+        Row &added =
+            add(row("optical ports", nullptr, "Board Type : S5560\r\nPort Optic Speed\r\n0/0/1 GE(C)\r\n<Switch\r\n"));
         added.info = texts({"Board Type : S5560", "0/0/1 GE(C)"});
-        added.signals_ = texts({"boardTypeChanged()"});
+        added.shown = texts({"boardTypeChanged()"});
     }
     silent("optical ports without the word Port", nullptr, "Board Type : S5560\r\nOptic Speed\r\n");
     // 13. Port mirroring
-    const QByteArray mirroring = "display port-mirroring\r\n  Observe-port 2 : GigabitEthernet1/0/10\r\n  1    GigabitEthernet1/0/2      Inbound    Observe-port 1\r\n";
+    const QByteArray mirroring = "display port-mirroring\r\n  Observe-port 2 : GigabitEthernet1/0/10\r\n  1    "
+                                 "GigabitEthernet1/0/2      Inbound    Observe-port 1\r\n";
     add(row("mirroring, not shown without logMore", nullptr, mirroring));
     {
         Row &added = add(row("mirroring", nullptr, mirroring));
         added.prepare = logMore;
         added.info = texts({"{镜像id:} 2 {源端口号:} 2 {目的端口号:} 10"});
-        added.result = QString::fromUtf8(mirroring).remove(mirroring.size() - 2, 2).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+        added.result = QString::fromUtf8(mirroring)
+                           .remove(mirroring.size() - 2, 2)
+                           .replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     }
     // 16. Transceivers
     {
-        Row &added = add(row("transceivers", "光模块", "GE1/0/23 transceiver information:\r\n Transceiver Type :a\r\nXGE1/0/25 transceiver information:\r\n Connector Type :b\r\n"));
-        added.signals_ = texts({"logMessage(GE1/0/23{光模块信息:}Transceiver Type :a\n)"});
+        Row &added = add(row("transceivers", "光模块",
+                             "GE1/0/23 transceiver information:\r\n Transceiver Type :a\r\nXGE1/0/25 transceiver "
+                             "information:\r\n Connector Type :b\r\n"));
+        added.shown = texts({"logMessage(GE1/0/23{光模块信息:}Transceiver Type :a\n)"});
         added.result = QStringLiteral("XGE1/0/25{光模块信息:}Connector Type :b\n");
         added.endsWaiting = false;
     }
@@ -301,7 +356,7 @@ QVector<Row> hua3Rows()
     // 17. Restart, never translated
     {
         Row &added = add(row("restart", nullptr, "system will reboot\r\n"));
-        added.signals_ = texts({"showToast(配置正在清除 ，请5分钟后重新连接, 1)"});
+        added.shown = texts({"showToast(配置正在清除 ，请5分钟后重新连接, 1)"});
         added.endsWaiting = false;
     }
     // What only the Huawei family knows
@@ -314,7 +369,6 @@ QVector<Row> hua3Rows()
     silent("nothing known", "vlan", "nothing known\r\n");
     return rows;
 }
-// clang-format on
 
 const QVector<Row> &rowsOf(Family family)
 {
@@ -338,9 +392,8 @@ QVector<LoginRow> loginRows()
     const QStringList confirm = texts({"parseStateChanged(2)"});
     const QStringList success = texts({"logMessage({登录成功..})", "showToast({已连console端口:}COM3, 1)",
                                        "isWaitingResponseChanged()", "parseStateChanged(3)"});
-    const QStringList failed =
-        texts({"isWaitingResponseChanged()", "showToast({已断开连接}, 0)",
-               "showToast({登录失败,检查用户名或者密码后重新连接}, 0)", "parseStateChanged(4)"});
+    const QStringList failed = texts({"isWaitingResponseChanged()", "showToast({已断开连接}, 0)",
+                                      "showToast({登录失败,检查用户名或者密码后重新连接}, 0)", "parseStateChanged(4)"});
     const QStringList note = texts({"logMessage({登录失败})"});
     return {
         {"Username:", "\r\nUsername:", user, user},
@@ -439,7 +492,8 @@ void TestSwitchDeviceViewModelReplies::currentConfiguration_isAnnouncedOncePerPr
 {
     // Not by Hua3; then by the first listing of a Huawei switch, and by no later one of any view model.
     const QStringList announced{kWaiting, QStringLiteral("parseStateChanged(7)")};
-    QCOMPARE(_announcements, (QList<QStringList>{{}, announced, {}, {}, {}}));
+    const QStringList waitingEnded{kWaiting};
+    QCOMPARE(_announcements, (QList<QStringList>{{}, announced, waitingEnded, {}, {}}));
 }
 
 void TestSwitchDeviceViewModelReplies::reply_hasTheseEffects_data()
@@ -482,9 +536,9 @@ void TestSwitchDeviceViewModelReplies::reply_hasTheseEffects()
     QCOMPARE(_log->lines(QStringLiteral("info")), resolved(scene, row.info));
     QCOMPARE(_log->lines(QStringLiteral("warning")), resolved(scene, row.warnings));
     QCOMPARE(_log->lines(QStringLiteral("debug")), row.debug);
-    QStringList shown = scene.signalTexts();
-    QCOMPARE(shown.removeAll(kWaiting), row.endsWaiting ? 1 : 0);
-    QCOMPARE(shown, resolved(scene, row.signals_));
+    QStringList emitted = scene.signalTexts();
+    QCOMPARE(emitted.removeAll(kWaiting), row.endsWaiting ? 1 : 0);
+    QCOMPARE(emitted, resolved(scene, row.shown));
     QCOMPARE(scene->isWaitingResponse(), !row.endsWaiting);
     QCOMPARE(scene.sent(), QList<QByteArray>());
     _log->takeWarnings();
@@ -518,8 +572,6 @@ void TestSwitchDeviceViewModelReplies::reply_completesWhateverItSays()
         scenes.back()->answer(row.reply);
     }
     const int answered = int(rowsOf(family).size());
-    QTRY_COMPARE(platform().callsOf(QStringLiteral("sendControlCmd")).size(), 0 * answered);
-    _log->clear();
     QTRY_COMPARE(_log->lines(QStringLiteral("info")).count(QStringLiteral("enter执行结束")), answered);
     _log->takeWarnings();
 }
@@ -606,10 +658,13 @@ void TestSwitchDeviceViewModelReplies::sections_ofOneReply_takeEffectInTheirOrde
     QTest::addColumn<QStringList>("shown");
     QTest::newRow("Huawei")
         << false
-        << QByteArray("Password: reboot command found at '^' position\r\ndisplay this\r\n#\r\nigmp-snooping configuration\r\n#\r\n"
+        << QByteArray("Password: reboot command found at '^' position\r\ndisplay this\r\n#\r\nigmp-snooping "
+                      "configuration\r\n#\r\n"
                       "display poe power Unrecognized command found\r\nnumber of VLANs\r\nInterface PHY\r\n"
                       "GigabitEthernet0/0/24 transceiver is absent\r\nOptic Speed\r\nBoard Type: S\r\n")
-        << (texts({"info " "\u200BNo IP conflict", "info Board Type: S"})
+        << (texts({"info "
+                   "\u200BNo IP conflict",
+                   "info Board Type: S"})
             + QStringList{QStringLiteral("*VLANs"), QStringLiteral("info not support poe"),
                           QStringLiteral("info There is no igmp - snooping configuration"),
                           QStringLiteral("info igmp-snooping configuration"), QStringLiteral("*IGMP"),
@@ -625,9 +680,14 @@ void TestSwitchDeviceViewModelReplies::sections_ofOneReply_takeEffectInTheirOrde
         << QByteArray("reboot Password:\r\ntransceiver information Interface Link Speed Port Optic\r\nBoard Type: S\r\n"
                       "multicast forwarding-table\r\nMirroring group 1:\r\nType: a\r\nQuerier\r\nIGMP snooping\r\n"
                       "Total VLANs\r\nGE1/0/24 up\r\n")
-        << QStringList{QStringLiteral("*IP"), QStringLiteral("info Total VLANs"), QStringLiteral("info IGMP snooping"),
-                       QStringLiteral("info Querier"), QStringLiteral("info 镜像端口配置信息:"),
-                       QStringLiteral("info Type: a\n"), QStringLiteral("info Mirroring group 1:"), QStringLiteral("*Optic")}
+        << QStringList{QStringLiteral("*IP"),
+                       QStringLiteral("info Total VLANs"),
+                       QStringLiteral("info IGMP snooping"),
+                       QStringLiteral("info Querier"),
+                       QStringLiteral("info 镜像端口配置信息:"),
+                       QStringLiteral("info Type: a\n"),
+                       QStringLiteral("info Mirroring group 1:"),
+                       QStringLiteral("*Optic")}
         << texts({"isWaitingResponseChanged()", "boardTypeChanged()", "currentconnectTypeChanged(0)",
                   "parseStateChanged(1)", "downPortMaxChanged()", "downPortMinChanged()", "linkDownPortMinChanged()",
                   "linkDownPortMaxChanged()", "poeDownPortMinChanged()", "comDownNumChanged(0)", "comUpNumChanged(0)",
@@ -773,7 +833,7 @@ void TestSwitchDeviceViewModelReplies::garbage_of1MiB_changesNothing()
     scene.complete();
     scene->slot_handleParseState(VM::InputMore);
     scene.answer("Optic Speed\r\nBoard Type: A\r\nPort Optic\r\n");
-    QCOMPARE(scene->boardType(), isHua3 ? QStringLiteral("A") : QStringLiteral("A"));
+    QCOMPARE(scene->boardType(), QStringLiteral("A"));
 }
 
 void TestSwitchDeviceViewModelReplies::manyLines_allReachThePanel()

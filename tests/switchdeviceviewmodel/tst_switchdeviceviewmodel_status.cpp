@@ -135,8 +135,8 @@ void TestSwitchDeviceViewModelStatus::query_unknownType_sendsNothing()
     StatusScene scene(language);
     scene->queryDeviceStatus(type);
     QCOMPARE(scene.calls(), QStringList());
-    QCOMPARE(scene.signalTexts(), (QStringList{QStringLiteral("isWaitingResponseChanged()"),
-                                               QStringLiteral("isWaitingResponseChanged()")}));
+    QCOMPARE(scene.signalTexts(),
+             (QStringList{QStringLiteral("isWaitingResponseChanged()"), QStringLiteral("isWaitingResponseChanged()")}));
     QVERIFY(!scene->isWaitingResponse());
 }
 

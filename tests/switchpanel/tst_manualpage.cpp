@@ -9,7 +9,7 @@ namespace {
 QSet<QString> optionsIn(const QString &text)
 {
     QSet<QString> options;
-    auto matches = QRegularExpression(QStringLiteral("--[a-z]+")).globalMatch(text);
+    auto matches = QRegularExpression(QStringLiteral("--[a-z]+(-[a-z]+)*")).globalMatch(text);
     while (matches.hasNext())
         options.insert(matches.next().captured());
     return options;
@@ -36,22 +36,39 @@ class TestManualPage : public QObject
 
 private slots:
     void options_areThoseOfTheHelp();
+    void everyCommand_isDescribed();
     void exitStatuses_areThoseOfTheHelp();
     void version_isThatOfTheProgram();
 };
 
 void TestManualPage::options_areThoseOfTheHelp()
 {
-    const QString help = runSwitchpanel({"--help"}).output + runSwitchpanel({"analyze", "--help"}).output;
+    QString help = runSwitchpanel({"--help"}).output;
+    for (const char *command :
+         {"analyze", "ports", "connect", "query", "apply", "save", "clear", "export", "import", "clean-export"})
+        help += runSwitchpanel({command, "--help"}).output;
+    // The simulated switch's own are left to its help.
+    help += runSwitchpanel({"simulate", "--help"}).output.section("the switch (", 0, 0);
     const QString options = sectionOf(manualPage(), QStringLiteral("OPTIONS")).replace("\\-", "-");
-    QVERIFY(optionsIn(help).contains("--decoders"));
+    QVERIFY(optionsIn(help).contains("--decoders") && optionsIn(help).contains("--mirror-id"));
     QCOMPARE(optionsIn(options), optionsIn(help));
+}
+
+void TestManualPage::everyCommand_isDescribed()
+{
+    const QString description = sectionOf(manualPage(), QStringLiteral("DESCRIPTION")).replace("\\-", "-");
+    const QString commands = runSwitchpanel({"--help"}).output.section("commands:\n", 1).section("\n\n", 0, 0);
+    QVERIFY(commands.count('\n') >= 10);
+    for (const QString &line : commands.split('\n')) {
+        const QString command = line.trimmed().section(' ', 0, 0);
+        QVERIFY2(description.contains(".SS " + command + '\n'), qPrintable(command));
+    }
 }
 
 void TestManualPage::exitStatuses_areThoseOfTheHelp()
 {
     const QString statuses = sectionOf(manualPage(), QStringLiteral("EXIT STATUS"));
-    const QString help = runSwitchpanel({"analyze", "--help"}).output;
+    const QString help = runSwitchpanel({"analyze", "--help"}).output + runSwitchpanel({"connect", "--help"}).output;
     for (const char *status : {"0", "1", "2", "130"}) {
         QVERIFY2(statuses.contains(QStringLiteral(".TP\n.B %1\n").arg(status)), status);
         QVERIFY2(help.contains(QStringLiteral(" %1 ").arg(status)), status);

@@ -81,7 +81,7 @@ void TestConnect::ports_areListed()
     QCOMPARE(run.exitStatus, 0);
     QCOMPARE(json.exitStatus, 0);
     QStringList names;
-    for (const QJsonValue &name : QJsonDocument::fromJson(json.output.toUtf8()).array())
+    for (const auto &name : QJsonDocument::fromJson(json.output.toUtf8()).array())
         names.append(name.toString());
     if (names.isEmpty())
         QCOMPARE(run.errors, QStringLiteral("switchpanel: there is no serial port\n"));

@@ -24,11 +24,11 @@ void TestUsage::help_listsTheCommands_data()
     QTest::addColumn<QString>("command");
 
     const QString english = QStringLiteral("usage: switchpanel COMMAND [ARGUMENTS]");
-    const QString englishCommand = QStringLiteral("analyze  judge the PTP traffic in captures");
+    const QString englishCommand = QStringLiteral("analyze       judge the PTP traffic in captures");
     QTest::newRow("long") << QStringList{"--help"} << english << englishCommand;
     QTest::newRow("short") << QStringList{"-h"} << english << englishCommand;
     QTest::newRow("Chinese") << QStringList{"--lang", "zh", "--help"} << "用法：switchpanel 命令 [参数]"
-                             << "analyze  分析抓包文件中的PTP报文";
+                             << "analyze       分析抓包文件中的PTP报文";
 }
 
 void TestUsage::help_listsTheCommands()

@@ -75,6 +75,7 @@ private:
         QByteArray reply;            // of the lines that are done
         bool isSingleLine = false;
         bool isRefused = false; // one of its lines
+        bool isStuck = false;   // in a view that the switch has refused to leave
         int nudges = 0;         // what the session has typed by itself before the first prompt
         int returns = 0;        // views left before the first prompt
         qint64 received = 0;
@@ -83,7 +84,7 @@ private:
 
     enum class Notice { None, PressEnter, Interrupt };
 
-    // consolesession.cpp: blocks, bytes and time
+    // consolesession.cpp: blocks and bytes
     void startWaiting();
     void begin(const QByteArray &block);
     void start();
@@ -93,6 +94,9 @@ private:
     void lineCompleted();
     Notice noticeIn(const QByteArray &line) const;
     void takeUnsolicited(const QByteArray &bytes);
+    SessionActions takeActions();
+
+    // consolesession_timing.cpp: when a line is complete, and what happens when it never is
     void judgeLine();
     bool isAnswered(LineEnding::Kind kind) const;
     std::optional<Time> reactionAt() const;
@@ -102,7 +106,6 @@ private:
     void nudge();
     Time expiresAt() const;
     void expire();
-    SessionActions takeActions();
 
     // consolesession_answers.cpp: what the unterminated line asks for, and what is typed
     void reactToLine();
@@ -138,6 +141,7 @@ private:
     void debug(const QString &text);
     void warn(const QString &text, const QStringList &values = {});
 
+    static constexpr int kLargestReply = 16 * 1024 * 1024;
     static constexpr int kMostNudges = 10; // a line that cannot be brought to a prompt
 
     const SessionFacts &facts() const { return _description->session; }
@@ -148,28 +152,28 @@ private:
     SessionActions _actions; // of the call under way
     Time _now;
 
-    bool _isOpen = false;
-    bool _isLoggedIn = false;
     QByteArray _name;
     std::optional<Time> _restartedAt; // the switch boots
-    bool _isFlooded = false;          // the rest of a reply that was too long may still be coming
-    bool _wasEmpty = false;           // the last reply was
-    bool _isToldClosed = false;       // a block has been answered without a port
+    bool _isOpen = false;
+    bool _isLoggedIn = false;
+    bool _isFlooded = false;    // the rest of a reply that was too long may still be coming
+    bool _wasEmpty = false;     // the last reply was
+    bool _isToldClosed = false; // a block has been answered without a port
 
-    std::deque<QByteArray> _waiting;
     State _state = State::Idle;
+    std::deque<QByteArray> _waiting;
     Block _block;
     Exchange _exchange;
 
     // The line as it stands
-    Notice _notice = Notice::None; // of the last line that says something
-    LogLineFinder _logLines;
-    LineEnding _ending;     // of the unterminated line, while the session is busy
-    bool _isJudged = false; // _ending is that of the present line
-    Time _lastByte;
-    Time _lastActivity;      // a byte received, a line typed, a key pressed
-    Time _lastNews;          // the same, but of what is received only lines that are no log lines
+    bool _isJudged = false;  // _ending is that of the present line
     bool _endsInLog = false; // the line that was completed last is a log line
+    LogLineFinder _logLines;
+    Notice _notice = Notice::None; // of the last line that says something
+    LineEnding _ending;            // of the unterminated line, while the session is busy
+    Time _lastByte;
+    Time _lastActivity; // a byte received, a line typed, a key pressed
+    Time _lastNews;     // the same, but of what is received only lines that are no log lines
 };
 
 } // namespace bll

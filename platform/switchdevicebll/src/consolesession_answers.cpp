@@ -74,6 +74,8 @@ void ConsoleSession::atPrompt(const LineEnding &ending)
         closeSegment();
     else
         _screen.beginSegment();
+    if (ending.isUserView)
+        _block.isStuck = false;
     nextItem(true);
 }
 
@@ -183,6 +185,9 @@ void ConsoleSession::nextItem(bool isAtPrompt)
         if (!isUseless(item, isAtPrompt))
             return type(item);
     }
+    // What needs the user view would be refused from now on: a second try, which is no part of the reply.
+    if (std::exchange(_block.isStuck, false))
+        return typeOwn("return", "\r\n");
     finish();
 }
 

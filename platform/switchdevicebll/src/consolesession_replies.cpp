@@ -5,15 +5,12 @@
 namespace ovra {
 namespace bll {
 
-namespace {
-
-constexpr int kLargestReply = 16 * 1024 * 1024;
-
-} // namespace
-
 void ConsoleSession::closeSegment()
 {
-    _block.reply += _exchange.isLogin ? loginReply(_screen.segment()) : commandReply();
+    if (_exchange.isLogin)
+        _block.reply += loginReply(_screen.segment());
+    else if (!_exchange.isOwn)
+        _block.reply += commandReply();
     _screen.beginSegment();
 }
 
@@ -24,6 +21,7 @@ QByteArray ConsoleSession::commandReply()
     const bool isCommandLine = !_exchange.line.trimmed().isEmpty();
     if (const auto refusal = isCommandLine ? refusalIn(facts(), _exchange.line, answer) : std::nullopt) {
         _block.isRefused = true;
+        _block.isStuck = _block.isStuck || _exchange.line.trimmed() == "return";
         warn(QStringLiteral("交换机拒绝了命令 %1：%2"), {shownLine(), QString::fromUtf8(*refusal)});
     }
     const RuledReply ruled = applyReplyRules(_description->replyRules, _exchange.line, answer);

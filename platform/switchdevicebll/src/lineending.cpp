@@ -151,6 +151,16 @@ int pagerAtEnd(const SessionFacts &facts, const QByteArray &bytes, int from)
     return -1;
 }
 
+bool isInk(char byte)
+{
+    return static_cast<unsigned char>(byte) > ' ';
+}
+
+bool hasText(const QByteArray &line)
+{
+    return std::any_of(line.begin(), line.end(), isInk);
+}
+
 bool containsOne(const QByteArrayList &texts, const QByteArray &line)
 {
     return std::any_of(texts.begin(), texts.end(), [&line](const QByteArray &text) { return line.contains(text); });

@@ -29,6 +29,10 @@ LineEnding endingOf(const SessionFacts &facts, const QByteArray &line, const QBy
 /// -1 when there is none.
 int pagerAtEnd(const SessionFacts &facts, const QByteArray &bytes, int from);
 
+/// Whether this byte, and whether anything in the line, leaves something to see.
+bool isInk(char byte);
+bool hasText(const QByteArray &line);
+
 /// Whether one of the texts stands in the line.
 bool containsOne(const QByteArrayList &texts, const QByteArray &line);
 

@@ -34,7 +34,7 @@ struct Request
     QByteArray block;
 };
 
-QString filledIn(QString text, const QStringList &values)
+QString filledIn(const QString &text, const QStringList &values)
 {
     // Not one after the other: a value may hold a placeholder itself.
     if (values.size() == 2)
@@ -229,8 +229,6 @@ SwitchDevice::SwitchDevice()
     moveToThread(_d->thread->thread());
     _d->thread->setWanted(true);
 }
-
-SwitchDevice::~SwitchDevice() = default;
 
 bool SwitchDevice::connectToSerial(const QString &port, int baudRate, int parity, int stopBits, int flowControl)
 {

@@ -40,6 +40,7 @@ private slots:
     void refusal_isWarnedOf();
     void refusal_thatIsExpected_isNot();
     void refusal_keepsTheRestartFromBeingTyped();
+    void refusal_ofReturn_isTriedOnceMore();
     void unasked_bytes_areInNoReply();
     void unasked_answerToAReadBack_confusesNothing();
     void description_isTakenWhenABlockStarts();
@@ -407,6 +408,25 @@ void TestConsoleSession::refusal_keepsTheRestartFromBeingTyped()
     // It holds for its block only.
     bench.submit("reboot\r\n");
     QCOMPARE(bench.takeSent(), QByteArray("reboot\r\n"));
+}
+
+void TestConsoleSession::refusal_ofReturn_isTriedOnceMore()
+{
+    SessionBench bench(shippedDescription(QStringLiteral("Huawei.xml")));
+    bench.logIn();
+    bench.submit("return\r\ndisplay vlan\r\nspace");
+    bench.takeSent();
+    const QByteArray refused = "return\r\nError: The system is busy.\r\n[NAME]";
+    bench.feed(refused);
+    bench.pass(milliseconds(30));
+    QCOMPARE(bench.takeSent(), QByteArray("display vlan\r\n"));
+    bench.feed("display vlan\r\n[NAME]");
+    bench.pass(milliseconds(30));
+    QCOMPARE(bench.takeSent(), QByteArray("return\r\n"));
+    bench.feed("return\r\nError: The system is busy.\r\n[NAME]");
+    bench.pass(seconds(20));
+    QCOMPARE(bench.takeSent(), QByteArray()); // once
+    QCOMPARE(bench.replies, QByteArrayList({refused + "display vlan\r\n[NAME]"}));
 }
 
 void TestConsoleSession::unasked_bytes_areInNoReply()

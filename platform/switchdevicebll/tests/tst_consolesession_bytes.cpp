@@ -133,7 +133,8 @@ QByteArrayList casesOf(const QString &name)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     QByteArrayList found;
-    for (const QJsonValue &value : QJsonDocument::fromJson(file.readAll()).object().value(name).toArray())
+    const QJsonArray values = QJsonDocument::fromJson(file.readAll()).object().value(name).toArray();
+    for (const auto &value : values)
         found << value.toString().toUtf8();
     return found;
 }

@@ -30,8 +30,6 @@ SwitchDevice::SwitchDevice()
     _d->thread->setWanted(true);
 }
 
-SwitchDevice::~SwitchDevice() = default;
-
 bool SwitchDevice::connectToSerial(const QString &port, int baudRate, int parity, int stopBits, int flowControl)
 {
     recording::record("connectToSerial", port, baudRate, parity, stopBits, flowControl);

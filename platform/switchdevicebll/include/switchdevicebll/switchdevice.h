@@ -6,8 +6,6 @@
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
-#include <memory>
-
 class ConsoleportComm;
 
 namespace ovra {
@@ -73,7 +71,6 @@ private:
     struct Private;
 
     SwitchDevice();
-    ~SwitchDevice() override;
 
     Private *const _d;
 };
