@@ -168,7 +168,8 @@ bool isSeparator(const QByteArray &line)
     return line.trimmed() == "#";
 }
 
-// Where the listing begins: behind its echo; without one, where something looks like a listing.
+// Where the listing begins: behind its echo; without one, where something looks like a listing. Behind the last line
+// where nothing does.
 int listingBegin(const QByteArrayList &lines)
 {
     int begin = -1;
@@ -183,8 +184,7 @@ int listingBegin(const QByteArrayList &lines)
     const auto looksSo = [](const QByteArray &line) {
         return isSeparator(line) || line.startsWith('!') || isVersionLine(line);
     };
-    const auto first = std::find_if(lines.cbegin(), lines.cend(), looksSo);
-    return first == lines.cend() ? 0 : static_cast<int>(first - lines.cbegin());
+    return static_cast<int>(std::find_if(lines.cbegin(), lines.cend(), looksSo) - lines.cbegin());
 }
 
 struct Listing

@@ -240,6 +240,10 @@
         <translation>the switch asked "%1" and was answered N</translation>
     </message>
     <message>
+        <source>交换机已退出登录</source>
+        <translation>the switch has ended the login</translation>
+    </message>
+    <message>
         <source>交换机已退出登录，有 %1 条命令没有执行</source>
         <translation>the switch has ended the login, %1 commands were not carried out</translation>
     </message>

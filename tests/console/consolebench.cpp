@@ -91,8 +91,8 @@ QStringList Inventory::lines() const
             QStringLiteral("poeInterface ") + (QStringList{QStringLiteral("all")} + down).join(QLatin1Char(' ')),
             QStringLiteral("allInterface ") + (down + up).join(QLatin1Char(' ')),
             QStringLiteral("interface bounds %1 %2").arg(range(downMin, downMax), range(upMin, upMax)),
-            QStringLiteral("VLAN ranges %1 %2").arg(range(std::max(downMin, 0), std::max(downMax, 0)),
-                                                    range(std::max(upMin, 0), std::max(upMax, 0))),
+            QStringLiteral("VLAN ranges %1 %2")
+                .arg(range(std::max(downMin, 0), std::max(downMax, 0)), range(std::max(upMin, 0), std::max(upMax, 0))),
             QStringLiteral("counts %1 %2").arg(downMax - downMin).arg(upMax - upMin),
             QStringLiteral("aggregation %1").arg(int(isAggregation)),
             QStringLiteral("boardType ") + boardType,
@@ -128,9 +128,8 @@ QuietLog::~QuietLog()
 
 PanelRecord::PanelRecord(SwitchDeviceViewModel *panel)
 {
-    connect(panel, &SwitchDeviceViewModel::showToast, this, [this](const QString &text, int state) {
-        _toasts.append(QStringLiteral("%1, %2").arg(text).arg(state));
-    });
+    connect(panel, &SwitchDeviceViewModel::showToast, this,
+            [this](const QString &text, int state) { _toasts.append(QStringLiteral("%1, %2").arg(text).arg(state)); });
     connect(panel, &SwitchDeviceViewModel::logMessage, this, &PanelRecord::addLog);
     panel->setCommandObserver([this](const QString &label, const QByteArray &bytes) {
         _labels.append(label);
@@ -187,16 +186,20 @@ void PanelRecord::clear()
 ConsoleBench::ConsoleBench(const simulator::SimulatorOptions &options)
     : _options(options)
     , _device(options)
-    , _panel(std::make_unique<SwitchDeviceViewModel>())
-    , _record(std::make_unique<PanelRecord>(_panel.get()))
 {
-    const QString path = _device.start();
-    if (path.isEmpty())
+    if (_device.start().isEmpty())
         qFatal("no pseudo terminal: %s", qUtf8Printable(_device.errorString()));
+    beginPanel();
+}
+
+void ConsoleBench::beginPanel()
+{
+    _panel = std::make_unique<SwitchDeviceViewModel>();
+    _record = std::make_unique<PanelRecord>(_panel.get());
     setFamily();
-    _panel->setCurrentCom(path);
-    _panel->setUserText(QString::fromUtf8(options.user));
-    _panel->setPasswordText(QString::fromUtf8(options.password));
+    _panel->setCurrentCom(_device.path());
+    _panel->setUserText(QString::fromUtf8(_options.user));
+    _panel->setPasswordText(QString::fromUtf8(_options.password));
 }
 
 ConsoleBench::~ConsoleBench()
@@ -288,8 +291,9 @@ QStringList ConsoleBench::inventory()
     // What else the panel says of the same, in place of what follows from the above.
     lines[2] = QStringLiteral("poeInterface ") + texts(_panel->poeInterface()).join(QLatin1Char(' '));
     lines[3] = QStringLiteral("allInterface ") + texts(_panel->allInterface()).join(QLatin1Char(' '));
-    lines[5] = QStringLiteral("VLAN ranges %1 %2").arg(range(_panel->downPortMin(), _panel->downPortMax()),
-                                                       range(_panel->upPortMin(), _panel->upPortMax()));
+    lines[5] =
+        QStringLiteral("VLAN ranges %1 %2")
+            .arg(range(_panel->downPortMin(), _panel->downPortMax()), range(_panel->upPortMin(), _panel->upPortMax()));
     lines[6] = QStringLiteral("counts %1 %2").arg(_panel->downComNum()).arg(_panel->upComNum());
     return lines.mid(0, 10) + _record->inventorySignals();
 }

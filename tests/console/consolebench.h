@@ -97,8 +97,9 @@ public:
 
     SwitchDeviceViewModel &panel() { return *_panel; }
     SwitchDeviceViewModel *operator->() { return _panel.get(); }
-    /// Destroys the view model.
+    /// Destroys the view model, and makes another one.
     void endPanel();
+    void beginPanel();
     PanelRecord &record() { return *_record; }
     /// The text in the panel's language.
     QString tr(const char *text) const { return _panel->lxTr(QString::fromUtf8(text)); }

@@ -59,7 +59,7 @@ void TestConsoleInventory::login_tellsEveryStep_data()
     row(Effort::Usual, "the initial password is kept", "--ask-initial-password", both);
     row(Effort::Usual, "the first login's password is chosen", "--login password --ask-first-password",
         password + password);
-    row(Effort::Usual, "insecure configuration", "--ask-insecure", both);
+    row(Effort::Thorough, "insecure configuration", "--ask-insecure", both);
     row(Effort::Thorough, "hua3, insecure configuration", "--family hua3 --ask-insecure", both);
 }
 
@@ -120,7 +120,7 @@ void TestConsoleInventory::inventory_isComplete_data()
     row(Effort::Usual, "half-typed command", "--login none --start half-typed", "connect_cmd执行失败");
     row(Effort::Usual, "at the pager", "--login none --start pager");
     row(Effort::Usual, "at a question", "--login none --start question", "交换机询问");
-    row(Effort::Usual, "in the system view", "--login none --start system");
+    row(Effort::Thorough, "in the system view", "--login none --start system");
     row(Effort::Thorough, "at the user view", "--login none --start user");
     row(Effort::Thorough, "at the login prompt", "--start login");
     row(Effort::Usual, "booting", "--login none --start booting --hurry 100");
@@ -136,8 +136,8 @@ void TestConsoleInventory::inventory_isComplete_data()
         "交换机拒绝了命令 screen-length 0 temporary");
     row(Effort::Thorough, "paging cannot be switched off, 42 columns erased",
         "--login none --paging forced --erase 42 --model large", "交换机拒绝了命令 screen-length 0 temporary");
-    row(Effort::Usual, "hua3, paging cannot be switched off", "--family hua3 --login none --paging forced --erase 42",
-        "交换机拒绝了命令 screen-length disable");
+    row(Effort::Thorough, "hua3, paging cannot be switched off",
+        "--family hua3 --login none --paging forced --erase 42", "交换机拒绝了命令 screen-length disable");
     row(Effort::Thorough, "echo redrawn at column 80",
         "--login none --name a-name-so-long-that-commands-of-every-block-are-redrawn-at-the-end-of-the-row");
     row(Effort::Thorough, "CR CR LF", "--login none --crcrlf");
@@ -156,17 +156,17 @@ void TestConsoleInventory::inventory_isComplete_data()
     // What is built in
     row(Effort::Thorough, "48 ports", "--login none --model large");
     row(Effort::Usual, "aggregation switch", "--login none --model aggregation");
-    row(Effort::Usual, "sub-model, aggregation switch", "--family huawei-sub --login none --model aggregation");
+    row(Effort::Thorough, "sub-model, aggregation switch", "--family huawei-sub --login none --model aggregation");
     row(Effort::Usual, "hua3, aggregation switch", "--family hua3 --login none --model aggregation");
     row(Effort::Usual, "with 40-gigabit ports", "--login none --model 24+4+2");
     row(Effort::Thorough, "sub-model, with 40-gigabit ports", "--family huawei-sub --login none --model 24+4+2");
     row(Effort::Thorough, "hua3, with 40-gigabit ports", "--family hua3 --login none --model 24+4+2");
-    row(Effort::Usual, "8 of 24 ports optical", "--login none --model mixed");
+    row(Effort::Thorough, "8 of 24 ports optical", "--login none --model mixed");
     row(Effort::Thorough, "no 10-gigabit ports", "--login none --model 8+0");
     row(Effort::Thorough, "sub-interfaces", "--login none --subinterfaces 3");
     row(Effort::Thorough, "speed in the names", "--login none --speed-in-names");
     row(Effort::Thorough, "sub-model, MultiGE", "--family huawei-sub --login none --multige");
-    row(Effort::Usual, "hua3, descriptions in GBK", "--family hua3 --login none --descriptions gbk");
+    row(Effort::Thorough, "hua3, descriptions in GBK", "--family hua3 --login none --descriptions gbk");
     row(Effort::Thorough, "hua3, descriptions like prompts", "--family hua3 --login none --descriptions ascii");
 }
 
@@ -196,7 +196,7 @@ void TestConsoleInventory::wrongPassword_closesThePortAndSaysSo_data()
     row(Effort::Thorough, "Authentication fail", "--failure authentication");
     row(Effort::Thorough, "sub-model", "--family huawei-sub --failure user-or-password");
     row(Effort::Usual, "hua3, authentication failed, with a NUL", "--family hua3 --failure short");
-    row(Effort::Usual, "hua3, Login failed", "--family hua3 --failure user-or-password");
+    row(Effort::Thorough, "hua3, Login failed", "--family hua3 --failure user-or-password");
     row(Effort::Thorough, "hua3, Invalid password", "--family hua3 --failure invalid");
     row(Effort::Thorough, "hua3, authentication failed", "--family hua3 --failure authentication");
     row(Effort::Usual, "password only", "--login password --failure invalid");
@@ -217,7 +217,8 @@ void TestConsoleInventory::wrongPassword_closesThePortAndSaysSo()
     QStringList toasts{QStringLiteral(", 0")};
     if (hasUser)
         toasts.append(bench.tr("用户名登录中") + QStringLiteral(", 0"));
-    toasts.append({bench.tr("密码登录中") + QStringLiteral(", 0"), bench.tr("已断开连接") + QStringLiteral(", 0"), failed});
+    toasts.append(
+        {bench.tr("密码登录中") + QStringLiteral(", 0"), bench.tr("已断开连接") + QStringLiteral(", 0"), failed});
     QCOMPARE(bench.record().toasts(), toasts);
     QVERIFY(waitUntil([&] { return !bench.device().isPortOpen(); }));
     QVERIFY(bench->isQueueIdle());

@@ -172,8 +172,9 @@ QStringList ConsoleScene::signalTexts() const
 {
     QStringList texts;
     const QStringList all = _recorder->texts();
+    const QVector<SignalRecorder::Emission> emissions = _recorder->emissions(); // as many, or more by now
     for (int i = 0; i < all.size(); ++i) {
-        const SignalRecorder::Emission &emission = _recorder->emissions().at(i);
+        const SignalRecorder::Emission &emission = emissions.at(i);
         const QVariant argument = emission.arguments.value(0);
         // Enumerators have no text of their own.
         if (emission.name == QLatin1String("parseStateChanged"))

@@ -103,6 +103,6 @@ public:
     static QByteArray slotListing(int copperPorts);
 
 private:
+    std::unique_ptr<SignalRecorder> _recorder; // outlives the view model, which may be emitting on another thread
     std::unique_ptr<SwitchDeviceViewModel> _viewModel;
-    std::unique_ptr<SignalRecorder> _recorder;
 };

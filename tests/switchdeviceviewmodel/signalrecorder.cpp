@@ -1,5 +1,7 @@
 #include "signalrecorder.h"
 
+#include <QtCore/QMutexLocker>
+
 SignalRecorder::SignalRecorder(QObject *sender)
 {
     const QMetaObject *metaObject = sender->metaObject();
@@ -23,14 +25,27 @@ int SignalRecorder::qt_metacall(QMetaObject::Call call, int id, void **arguments
     Emission emission{QString::fromLatin1(signal.name()), {}};
     for (int i = 0; i < signal.parameterCount(); ++i)
         emission.arguments.append(QVariant(signal.parameterType(i), arguments[i + 1]));
+    const QMutexLocker locker(&_lock);
     _emissions.append(emission);
     return -1;
+}
+
+QVector<SignalRecorder::Emission> SignalRecorder::emissions() const
+{
+    const QMutexLocker locker(&_lock);
+    return _emissions;
+}
+
+void SignalRecorder::clear()
+{
+    const QMutexLocker locker(&_lock);
+    _emissions.clear();
 }
 
 QStringList SignalRecorder::texts() const
 {
     QStringList texts;
-    for (const Emission &emission : _emissions) {
+    for (const Emission &emission : emissions()) {
         QStringList arguments;
         for (const QVariant &argument : emission.arguments)
             arguments.append(argument.toString());
@@ -42,7 +57,7 @@ QStringList SignalRecorder::texts() const
 QStringList SignalRecorder::names() const
 {
     QStringList names;
-    for (const Emission &emission : _emissions)
+    for (const Emission &emission : emissions())
         names.append(emission.name);
     return names;
 }
@@ -54,6 +69,10 @@ int SignalRecorder::count(const QString &name) const
 
 QVariantList SignalRecorder::lastArguments(const QString &name) const
 {
-    const int index = names().lastIndexOf(name);
-    return index < 0 ? QVariantList() : _emissions.at(index).arguments;
+    const QVector<Emission> kept = emissions();
+    for (auto emission = kept.rbegin(); emission != kept.rend(); ++emission) {
+        if (emission->name == name)
+            return emission->arguments;
+    }
+    return {};
 }

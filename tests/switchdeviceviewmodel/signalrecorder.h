@@ -2,13 +2,15 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QMetaMethod>
+#include <QtCore/QMutex>
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 #include <QtCore/QVector>
 
 /// Listens to every signal of an object at once and keeps what was emitted, in order: for tests that want exactly these
-/// signals and no others. destroyed() is left out. Lives on the sender's thread; may outlive the sender.
+/// signals and no others. destroyed() is left out. Lives on the sender's thread; may outlive the sender. Signals that
+/// other threads emit are kept as well.
 class SignalRecorder : public QObject
 {
 public:
@@ -20,7 +22,7 @@ public:
 
     explicit SignalRecorder(QObject *sender);
 
-    const QVector<Emission> &emissions() const { return _emissions; }
+    QVector<Emission> emissions() const;
     /// "name(argument, argument)", one per emission.
     QStringList texts() const;
     /// The same without the arguments: "name".
@@ -28,11 +30,12 @@ public:
     int count(const QString &name) const;
     /// The arguments of the last emission of that name; empty when there was none.
     QVariantList lastArguments(const QString &name) const;
-    void clear() { _emissions.clear(); }
+    void clear();
 
     int qt_metacall(QMetaObject::Call call, int id, void **arguments) override;
 
 private:
     QVector<QMetaMethod> _signals;
+    mutable QMutex _lock; // guards _emissions
     QVector<Emission> _emissions;
 };

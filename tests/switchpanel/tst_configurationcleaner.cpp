@@ -282,6 +282,7 @@ void TestConfigurationCleaner::cutListing_isNotComplete_data()
     QTest::addColumn<QByteArray>("commands");
 
     QTest::newRow("nothing") << QByteArray() << QByteArray();
+    QTest::newRow("something else") << QByteArray("Dear diary\r\nreturn\r\n") << QByteArray();
     QTest::newRow("cut") << QByteArray("#\r\nsysname A\r\n") << QByteArray("system-view\nsysname A\nreturn\n");
     QTest::newRow("cut in front of its last line")
         << QByteArray("#\r\nsysname A\r\n#\r\nretu")

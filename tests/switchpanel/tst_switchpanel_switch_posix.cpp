@@ -469,9 +469,9 @@ void TestSwitch::cleanExport_wrongUsage_isTold_data()
     QTest::newRow("in Chinese") << QStringList{"a", "--lang", "zh"}
                                 << QStringLiteral("clean-export 需要两个文件：IN 和 OUT");
     QTest::newRow("not a configuration")
-        << QStringList{switchpanelProgram(), "-"}
+        << QStringList{samplePath("healthy.pcap"), "-"}
         << QStringLiteral("'%1' holds no whole configuration listing (the last line, return, is missing)")
-               .arg(switchpanelProgram());
+               .arg(samplePath("healthy.pcap"));
 }
 
 void TestSwitch::cleanExport_wrongUsage_isTold()

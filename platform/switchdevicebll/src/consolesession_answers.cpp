@@ -166,6 +166,7 @@ void ConsoleSession::atFailure()
 
 void ConsoleSession::loseLogin()
 {
+    const bool isSurprise = _isLoggedIn && !_exchange.isRestart;
     _isLoggedIn = false;
     const auto lines = std::count_if(_block.items.begin(), _block.items.end(), [](const BlockItem &item) {
         return item.kind == BlockItem::Kind::Line && !item.isAnswer();
@@ -173,6 +174,8 @@ void ConsoleSession::loseLogin()
     _block.items.clear();
     if (lines > 0)
         warn(QStringLiteral("交换机已退出登录，有 %1 条命令没有执行"), {QString::number(lines)});
+    else if (isSurprise)
+        warn(QStringLiteral("交换机已退出登录"));
 }
 
 // --- typing
