@@ -494,11 +494,9 @@ void TestSwitchDeviceViewModelFiles::export_fileThatCannotBeOpened_namesIt_andGo
 
 void TestSwitchDeviceViewModelFiles::export_fileThatCannotBeWritten_namesIt_andGoesOn()
 {
-    const QString full = QStringLiteral("/dev/full");
-    if (!QFileInfo::exists(full))
-        QSKIP("this system has no file that is always full");
+#ifdef Q_OS_LINUX
     FileScene scene;
-    scene->setExportPath(full);
+    scene->setExportPath(QStringLiteral("/dev/full"));
     scene->exportSwitchInfo();
     scene.reply("text");
     const QStringList warnings = _log->lines(QStringLiteral("warning"));
@@ -512,6 +510,9 @@ void TestSwitchDeviceViewModelFiles::export_fileThatCannotBeWritten_namesIt_andG
     QVERIFY(!scene->isWaitingResponse());
     scene->setExportPath(scene.path);
     QVERIFY(!scene.isExportRunning());
+#else
+    QSKIP("no device that is always full");
+#endif
 }
 
 void TestSwitchDeviceViewModelFiles::export_silence_endsIt()

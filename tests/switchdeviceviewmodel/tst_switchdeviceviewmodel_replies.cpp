@@ -864,6 +864,7 @@ void TestSwitchDeviceViewModelReplies::logLines_10000FromOtherThreads_allArrive(
         [&foreign] { foreign += QThread::currentThread() == QCoreApplication::instance()->thread() ? 0 : 1; },
         Qt::DirectConnection);
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([i] {
             for (int line = 0; line < kLines; ++line)

@@ -141,7 +141,8 @@ void SwitchDeviceConfig::setCurrentMirrorStatus(const QString &status)
 
 void SwitchDeviceConfig::setAutoNeg(QString port)
 {
-    recording::record("setAutoNeg", port);
+    const QString taken = std::move(port);
+    recording::record("setAutoNeg", taken);
 }
 
 void SwitchDeviceConfig::setCurrentAutoNegStatus(const QString &status)
