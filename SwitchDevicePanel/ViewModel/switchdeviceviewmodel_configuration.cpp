@@ -231,9 +231,13 @@ QStringList SwitchDeviceViewModel::FeatureSender::stitchedPorts(const PortRange 
 {
     constexpr int kHead = 3;
     constexpr int kPortLines = 2;
+    constexpr int kMostPorts = 4096;
     QStringList stitched = (_config.*commands)().mid(0, kHead);
     QStringList last;
-    for (int port = range.min; port <= range.max; ++port) {
+    // The range comes unchecked from the panel; no switch has as many ports as this.
+    const int end = int(std::min<qint64>(range.max, qint64(range.min) + kMostPorts - 1));
+    for (qint64 number = range.min; number <= end; ++number) {
+        const int port = int(number);
         (_config.*setRange)({port, port});
         last = (_config.*commands)();
         if (last.size() >= kHead + kPortLines)

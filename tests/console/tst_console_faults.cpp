@@ -30,8 +30,8 @@ constexpr std::pair<Family, const char *> kFamilies[] = {
 struct Trouble
 {
     FaultKind kind;
+    int amount;
     const char *name;
-    int amount = 0;
     std::chrono::seconds time{0};
     const char *text = "";
     const char *told = ""; // what the log says at least
@@ -42,20 +42,20 @@ constexpr char kBrokenOff[] = "的应答不完整";
 constexpr char kLoggedOut[] = "交换机已退出登录";
 
 const Trouble kTroubles[] = {
-    {FaultKind::Cut, "cable pulled", 0, {}, "", "已断开，请检查连接线"},
-    {FaultKind::Hang, "hang", 0, std::chrono::seconds(12), "", kBrokenOff},
-    {FaultKind::Garbage, "garbage", 200, {}, "", "", true},
-    {FaultKind::Noise, "noise", 200, {}, "", "", true},
-    {FaultKind::Half, "half a reply"}, // nobody can know
-    {FaultKind::Logs, "log lines", 5, {}, "", "", true},
-    {FaultKind::Nul, "NULs", 3, {}, "", "", true},
-    {FaultKind::Delay, "slow", 0, std::chrono::seconds(3), "", "", true},
-    {FaultKind::WrongPrompt, "wrong prompt", 0, {}, "<OTHER>", "", true},
-    {FaultKind::NoPrompt, "no prompt", 0, {}, "", "", true},
-    {FaultKind::Refuse, "refused", 0, {}, "", "交换机拒绝了命令"},
-    {FaultKind::Question, "question", 0, {}, "Are you sure? [Y/N]:", "交换机询问“Are you sure? [Y/N]:”"},
-    {FaultKind::Logout, "logged out", 0, {}, "", kLoggedOut},
-    {FaultKind::Reboot, "reboot", 0, {}, "", kLoggedOut},
+    {FaultKind::Cut, 0, "cable pulled", {}, "", "已断开，请检查连接线"},
+    {FaultKind::Hang, 0, "hang", std::chrono::seconds(12), "", kBrokenOff},
+    {FaultKind::Garbage, 200, "garbage", {}, "", "", true},
+    {FaultKind::Noise, 200, "noise", {}, "", "", true},
+    {FaultKind::Half, 0, "half a reply"}, // nobody can know
+    {FaultKind::Logs, 5, "log lines", {}, "", "", true},
+    {FaultKind::Nul, 3, "NULs", {}, "", "", true},
+    {FaultKind::Delay, 0, "slow", std::chrono::seconds(3), "", "", true},
+    {FaultKind::WrongPrompt, 0, "wrong prompt", {}, "<OTHER>", "", true},
+    {FaultKind::NoPrompt, 0, "no prompt", {}, "", "", true},
+    {FaultKind::Refuse, 0, "refused", {}, "", "交换机拒绝了命令"},
+    {FaultKind::Question, 0, "question", {}, "Are you sure? [Y/N]:", "交换机询问“Are you sure? [Y/N]:”"},
+    {FaultKind::Logout, 0, "logged out", {}, "", kLoggedOut},
+    {FaultKind::Reboot, 0, "reboot", {}, "", kLoggedOut},
 };
 
 // The selection for every run. The rest takes minutes.
@@ -286,6 +286,13 @@ void TestConsoleFaults::fault_isTold_andTheNextConnectionIsComplete()
         QVERIFY(isDone(bench, at));
 
     bench.device().device().clearFaults(); // half a login's output would be missing for ever
+    // The sub-model lists its faster ports first. Torn off there, the listing is that of an aggregation switch, and a
+    // view model that has seen one takes every switch for one.
+    if (bench->isAggregationSwitch() != 0) {
+        QVERIFY(Family(family) == Family::HuaweiSub && at == Stage::Listing && !tested.isHarmless);
+        bench.endPanel();
+        bench.beginPanel();
+    }
     QVERIFY(bench.reconnectPanel(kEnd));
     QCOMPARE(bench.inventory(), bench.expectedInventory());
     if (at == Stage::Configuration) { // for the next row
@@ -333,14 +340,7 @@ void TestConsoleFaults::cable_pulledAfterBytes()
     QVERIFY(bench.waitUntilIdle(kEnd));
     QVERIFY(bench.device().path().isEmpty());
 
-    // As long as the cable is out, there is no such port.
-    bench->disconnectDevice();
-    bench.forget();
-    bench->deviceCommunicate();
-    QVERIFY(waitUntil([&] { return bench.record().toasts().size() == 2; }));
-    QCOMPARE(bench.record().toasts().last(),
-             bench.tr("串口打开失败") + QStringLiteral("串口 %1 不存在，请检查连接线, 0").arg(bench->currentCom()));
-
+    // The path is not tried again before: by now it may be another program's.
     QVERIFY(bench.reconnectPanel());
     QCOMPARE(bench.inventory(), bench.expectedInventory());
 }

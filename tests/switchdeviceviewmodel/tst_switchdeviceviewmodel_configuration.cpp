@@ -330,6 +330,7 @@ private slots:
     void hua3Link_calls();
     void hua3Link_isStitchedFromSinglePorts_data();
     void hua3Link_isStitchedFromSinglePorts();
+    void hua3Link_rangeWithoutEnd_ends();
     void hua3Link_upPorts_areStitchedToo();
     void hua3Link_shortLists_giveWhatTheyHave_data();
     void hua3Link_shortLists_giveWhatTheyHave();
@@ -791,6 +792,8 @@ void TestSwitchDeviceViewModelConfiguration::hua3Link_isStitchedFromSinglePorts_
     QTest::newRow("two ports") << 7 << 8 << head + port("7") + port("8") + tail("8") + query;
     QTest::newRow("a single port") << 4 << 4 << head + port("4") + tail("4") + query;
     QTest::newRow("inverted") << 5 << 3 << query;
+    QTest::newRow("the largest numbers") << 2147483646 << 2147483647
+                                         << head + port("2147483646") + port("2147483647") + tail("2147483647") + query;
 }
 
 void TestSwitchDeviceViewModelConfiguration::hua3Link_isStitchedFromSinglePorts()
@@ -808,6 +811,21 @@ void TestSwitchDeviceViewModelConfiguration::hua3Link_isStitchedFromSinglePorts(
     scene->setLinkDownPortMax(maximum);
     scene->sendSwitchDeviceCmd();
     QCOMPARE(scene.sent(), QList<QByteArray>{block});
+}
+
+void TestSwitchDeviceViewModelConfiguration::hua3Link_rangeWithoutEnd_ends()
+{
+    ConfigurationScene scene(Family::Hua3);
+    platform().setCommands(QStringLiteral("getLinkGigabitSingleCommands"),
+                           [] { return hua3SinglePort(QStringLiteral("setLinkDownPortRange")); });
+    platform().setCommands(QStringLiteral("getLinkAggregationQueryCommands"), texts({"query"}));
+    scene->setLinkAggregationEnable(true);
+    scene->setLinkDownPortEnable(true);
+    scene->setLinkDownPortMin(1);
+    scene->setLinkDownPortMax(2147483647);
+    scene->sendSwitchDeviceCmd();
+    QCOMPARE(scene.sent().size(), 1);
+    QCOMPARE(scene.sent().first().count("interface port "), 4096);
 }
 
 void TestSwitchDeviceViewModelConfiguration::hua3Link_upPorts_areStitchedToo()
