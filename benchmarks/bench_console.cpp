@@ -157,10 +157,12 @@ void report(const char *name, simulator::Family family, int bytesPerSecond, doub
         best.lines = times.lines;
         bare = std::min(bare, measureBareClient(family, bytesPerSecond));
     }
-    std::printf("%-28s %6.2f s  %3d round trips   bare client %5.2f s   %5.2f x   goal %.1f s %s\n", name, best.inventory,
-                best.lines, bare, best.inventory / bare, goalSeconds, best.inventory <= goalSeconds ? "" : "MISSED");
+    std::printf("%-28s %6.2f s  %3d round trips   bare client %5.2f s   %5.2f x   goal %.1f s %s\n", name,
+                best.inventory, best.lines, bare, best.inventory / bare, goalSeconds,
+                best.inventory <= goalSeconds ? "" : "MISSED");
     std::printf("    with optical ports       %6.2f s\n", best.boardType);
-    std::printf("    one VLAN listing         %6.3f s  (two lines, from the call to the end of the waiting)\n", best.query);
+    std::printf("    one VLAN listing         %6.3f s  (two lines, from the call to the end of the waiting)\n",
+                best.query);
 }
 
 } // namespace
