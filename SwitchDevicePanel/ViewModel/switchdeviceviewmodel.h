@@ -390,6 +390,7 @@ public:
 private:
     struct Private;
     struct SelfReference;
+    struct ReplyOrigin;
     class ReplyReader;
     class FeatureSender;
 
@@ -415,13 +416,13 @@ private:
     void processNextCommand();
     void setWaitingResponse(bool value);
     void appendToExport(const QByteArray &data);
-    int replySession() const;
-    bool isReplyInForce(int session) const;
+    ReplyOrigin replyOrigin() const;
+    bool isReplyInForce(const ReplyOrigin &origin) const;
 
     // Replies
     void startParsing(const QByteArray &data);
     void startParsingHua3(const QByteArray &data);
-    void finishParsing(int session);
+    void finishParsing(const ReplyOrigin &origin);
     void parseTransceiverInfo(const reply::ReplyText &text);
 
     std::unique_ptr<Private> _d;

@@ -14,6 +14,7 @@
 
 #include <functional>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -57,6 +58,8 @@ void SwitchDeviceViewModel::slot_deviceCommunicate()
     emit showToast(QString(), kInformation);
     const auto open = [self = _d->self, device = _d->device, port = _d->connection.currentCom,
                        baudRate = _d->connection.baudRate, session = _d->queue.session] {
+        if (!self->isWanted(session))
+            return;
         const bool isOpen = device->connectToSerial(port, baudRate, 0, 0, 0);
         const QMutexLocker locker(&self->lock);
         SwitchDeviceViewModel *const viewModel = self->viewModel;
@@ -77,14 +80,18 @@ void SwitchDeviceViewModel::slot_deviceCommunicate()
 // Makes the switch print its prompt, unless the connection was ended while it was being made.
 void SwitchDeviceViewModel::wakeConsole(int session)
 {
-    if (session != _d->queue.session)
+    CommandQueue &queue = _d->queue;
+    if (session != queue.session)
         return;
-    _d->receive.isLoggedIn = false; // a prompt of the connection before may have arrived since that one's end
+    ++queue.wakeUps;
+    if (std::exchange(queue.wokenSession, session) != session)
+        _d->receive.isLoggedIn = false; // a prompt of the connection before may have arrived since that one's end
     enqueueCommand(QStringLiteral("connect_cmd"), QByteArrayLiteral("\r\n"));
 }
 
 void SwitchDeviceViewModel::disconnectDevice()
 {
+    _d->self->session.fetchAndAddRelaxed(1);
     _d->device->disConnectSerial();
     _d->receive.isLoggedIn = false; // the next connection reports its login again
     ++_d->queue.session;

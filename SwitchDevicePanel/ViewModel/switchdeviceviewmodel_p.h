@@ -4,9 +4,11 @@
 #include "interfacenamingprofile.h"
 #include "switchdeviceviewmodel.h"
 
+#include <QtCore/QAtomicInt>
 #include <QtCore/QByteArray>
 #include <QtCore/QMap>
 #include <QtCore/QMutex>
+#include <QtCore/QMutexLocker>
 #include <QtCore/QSharedPointer>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
@@ -158,10 +160,11 @@ struct CommandQueue
     QByteArray currentBytes;
     bool isOutstanding = false;
 
-    // Counts the disconnects, and says whether anything was sent since the last one: replies and their completion may
-    // arrive late. User-interface thread only.
-    int session = 0;
-    bool isSentInSession = false;
+    // Replies and their completion may arrive late. User-interface thread only.
+    int session = 0;              // disconnects so far
+    bool isSentInSession = false; // anything since the last one
+    int wakeUps = 0;              // connections made
+    int wokenSession = 0;         // of the last of them
 
     SwitchDeviceViewModel::CommandObserver observer; // user-interface thread only
 
@@ -194,6 +197,21 @@ struct SwitchDeviceViewModel::SelfReference
 {
     QMutex lock; // guards viewModel, and is held while a signal of it is emitted from another thread
     SwitchDeviceViewModel *viewModel = nullptr;
+    QAtomicInt session; // disconnects so far: an opening that was asked for before one of them is not begun after it
+
+    bool isWanted(int askedInSession)
+    {
+        const QMutexLocker locker(&lock);
+        return viewModel && session.loadRelaxed() == askedInSession;
+    }
+};
+
+//! When a reply arrived.
+struct SwitchDeviceViewModel::ReplyOrigin
+{
+    int session = 0;
+    bool isLate = false; // behind a disconnect, with nothing sent since
+    int wakeUps = 0;
 };
 
 struct SwitchDeviceViewModel::Private

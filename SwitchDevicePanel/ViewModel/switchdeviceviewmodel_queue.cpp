@@ -115,7 +115,9 @@ void SwitchDeviceViewModel::appendToExport(const QByteArray &data)
                                         + file.errorString();
         file.close();
         // The second numbered piece is the configuration itself.
-        if (_d->queue.currentLabel.contains(lxTr(QStringLiteral("导出配置1"))))
+        const QString &label = _d->queue.currentLabel;
+        if (label.contains(lxTr(QStringLiteral("导出配置1")))
+            || label.contains(lxTr(QStringLiteral("导出配置")) + u'1'))
             _d->files.isExportRunning = false;
     } else {
         qWarning().noquote() << lxTr(QStringLiteral("导出文件无法打开：")) + file.fileName() + QStringLiteral(": ")
@@ -150,17 +152,20 @@ void SwitchDeviceViewModel::onCommandCompleted()
     processNextCommand();
 }
 
-// A reply that arrives while nothing has been sent since a disconnect belongs to the time before it.
-int SwitchDeviceViewModel::replySession() const
+SwitchDeviceViewModel::ReplyOrigin SwitchDeviceViewModel::replyOrigin() const
 {
-    const bool isLate = _d->queue.session > 0 && !_d->queue.isSentInSession;
-    return isLate ? _d->queue.session - 1 : _d->queue.session;
+    const CommandQueue &queue = _d->queue;
+    return {queue.session, queue.session > 0 && !queue.isSentInSession, queue.wakeUps};
 }
 
-// Whether a reply of that session still counts: until something is sent in a later one.
-bool SwitchDeviceViewModel::isReplyInForce(int session) const
+// A reply from before a disconnect counts until something is sent behind it; one that came in later, but before the
+// next connection, until that one is made.
+bool SwitchDeviceViewModel::isReplyInForce(const ReplyOrigin &origin) const
 {
-    return session == _d->queue.session || !_d->queue.isSentInSession;
+    const CommandQueue &queue = _d->queue;
+    const bool isOutlived = origin.session != queue.session && queue.isSentInSession;
+    const bool isOvertaken = origin.isLate && origin.wakeUps != queue.wakeUps;
+    return !isOutlived && !isOvertaken;
 }
 
 void SwitchDeviceViewModel::slot_RecAllData(const QByteArray &data)

@@ -86,10 +86,10 @@ void SwitchDeviceViewModel::startParsing(const QByteArray &data)
 {
     pendingHuaweiReplies.append(data);
     _d->receive.isParsing = true;
-    const auto parse = [this, data, session = replySession()] {
-        ReplyReader(this, data, isReplyInForce(session)).readHuawei();
+    const auto parse = [this, data, origin = replyOrigin()] {
+        ReplyReader(this, data, isReplyInForce(origin)).readHuawei();
         pendingHuaweiReplies.clear();
-        finishParsing(session);
+        finishParsing(origin);
     };
     QMetaObject::invokeMethod(this, parse, Qt::QueuedConnection);
 }
@@ -98,21 +98,21 @@ void SwitchDeviceViewModel::startParsingHua3(const QByteArray &data)
 {
     pendingHua3Replies.append(data);
     _d->receive.isParsing = true;
-    const auto parse = [this, data, session = replySession()] {
-        ReplyReader(this, data, isReplyInForce(session)).readHua3();
+    const auto parse = [this, data, origin = replyOrigin()] {
+        ReplyReader(this, data, isReplyInForce(origin)).readHua3();
         pendingHua3Replies.clear();
-        finishParsing(session);
+        finishParsing(origin);
     };
     QMetaObject::invokeMethod(this, parse, Qt::QueuedConnection);
 }
 
 // The switch gets a moment before its next block. What was sent after a disconnect is not completed by a reply from
 // before it.
-void SwitchDeviceViewModel::finishParsing(int session)
+void SwitchDeviceViewModel::finishParsing(const ReplyOrigin &origin)
 {
     _d->receive.isParsing = false;
-    const auto complete = [this, session] {
-        if (isReplyInForce(session))
+    const auto complete = [this, origin] {
+        if (isReplyInForce(origin))
             onCommandCompleted();
     };
     QTimer::singleShot(kCompletionDelay, this,

@@ -96,7 +96,8 @@ private slots:
     void disconnect_inTheMiddle_freesTheQueue();
     void disconnect_completionFromBefore_leavesTheNewBlockAlone();
     void disconnect_completionFromBefore_withoutANewBlock_runs();
-    void disconnect_replyFromBefore_leavesTheNewBlockAlone();
+    void disconnect_replyFromBefore_completesWhatItCaused();
+    void disconnect_replyFromBefore_leavesTheNextConnectionAlone();
     void disconnect_listeningOn_isNotListenedToTwice();
 
     // Received chunks that nobody reads
@@ -528,7 +529,7 @@ void TestSwitchDeviceViewModelQueue::disconnect_completionFromBefore_withoutANew
     QVERIFY(!scene->isWaitingResponse());
 }
 
-void TestSwitchDeviceViewModelQueue::disconnect_replyFromBefore_leavesTheNewBlockAlone()
+void TestSwitchDeviceViewModelQueue::disconnect_replyFromBefore_completesWhatItCaused()
 {
     QueueScene scene;
     scene.enqueue(VM::NeedUsername);
@@ -536,6 +537,21 @@ void TestSwitchDeviceViewModelQueue::disconnect_replyFromBefore_leavesTheNewBloc
     platform().feed("Username:"); // was on its way
     scene.processEvents();        // is read: the user name goes out into the new session
     QCOMPARE(scene.sent(), (QList<QByteArray>{kLogin, kLogin}));
+    _log->clear();
+    QTRY_COMPARE(_log->lines(QStringLiteral("info")), QStringList{ended("login_cmd")});
+    QVERIFY(!scene->isWaitingResponse());
+}
+
+void TestSwitchDeviceViewModelQueue::disconnect_replyFromBefore_leavesTheNextConnectionAlone()
+{
+    QueueScene scene;
+    scene.enqueue(VM::NeedUsername);
+    scene->disconnectDevice();
+    platform().feed("nothing known"); // was on its way
+    scene.processEvents();
+    scene.clear();
+    scene->deviceCommunicate();
+    QTRY_COMPARE(scene.sent(), QList<QByteArray>{kEnter});
     _log->clear();
     QTest::qWait(300);
     QCOMPARE(_log->lines(QStringLiteral("info")), QStringList());
