@@ -532,6 +532,32 @@ void TestSwitch::everyCommand_leavesTheSwitchUsable()
     }
 }
 
-QTEST_GUILESS_MAIN(TestSwitch)
+// The test functions of a share such as "0/3": every third one, beginning with the first. No share: all.
+static QStringList functionsOfShare(const QMetaObject &test, const QString &share)
+{
+    const QStringList parts = share.split(QLatin1Char('/'));
+    if (parts.size() != 2)
+        return {};
+    const QStringList fixtures{"initTestCase", "cleanupTestCase", "init", "cleanup"};
+    QStringList functions;
+    for (int i = test.methodOffset(); i < test.methodCount(); ++i) {
+        const QString name = QString::fromLatin1(test.method(i).name());
+        if (!name.endsWith(QLatin1String("_data")) && !fixtures.contains(name))
+            functions << name;
+    }
+    QStringList mine;
+    for (int i = parts[0].toInt(); i < functions.size(); i += parts[1].toInt())
+        mine << functions[i];
+    return mine;
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    TestSwitch test;
+    const QStringList mine =
+        functionsOfShare(TestSwitch::staticMetaObject, qEnvironmentVariable("SWITCHPANEL_TEST_SHARE"));
+    return QTest::qExec(&test, application.arguments() + mine);
+}
 
 #include "tst_switchpanel_switch_posix.moc"
