@@ -7,6 +7,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QByteArrayList>
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <memory>
@@ -67,7 +68,8 @@ struct CommandRow
 template<std::size_t size>
 void append(std::vector<CommandRow> &rows, const CommandRow (&more)[size])
 {
-    rows.insert(rows.end(), std::begin(more), std::end(more));
+    // Not insert(): at -O3 GCC 12 believes that it writes beyond the vector.
+    std::copy(std::begin(more), std::end(more), std::back_inserter(rows));
 }
 
 struct CommandMatch
