@@ -19,6 +19,8 @@ void ConsoleSession::connected()
     disconnected();
     _isOpen = true;
     _isToldClosed = false;
+    _wasEmpty = false;
+    _isCredentialDue = true;
 }
 
 SessionActions ConsoleSession::connectionLost()
@@ -38,6 +40,7 @@ void ConsoleSession::disconnected()
     _name.clear();
     _restartedAt.reset();
     _isFlooded = false;
+    _isEnterOpen = false;
     _waiting.clear();
     _state = State::Idle;
     _block = {};
@@ -165,7 +168,7 @@ void ConsoleSession::lineCompleted()
 {
     const QByteArray line = _screen.completedLine();
     _exchange.hasLineEnd = true;
-    _endsInLog = _logLines.isLogLine(line);
+    _endsInLog = _logLines.isLogLine(line, facts().failureTexts);
     if (_exchange.echoEnd == 0 && _exchange.echo.isComplete() && !_endsInLog)
         _exchange.echoEnd = _screen.segmentSize();
     if (_endsInLog || !hasText(line))

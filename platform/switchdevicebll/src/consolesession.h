@@ -101,6 +101,7 @@ private:
     bool isAnswered(LineEnding::Kind kind) const;
     std::optional<Time> reactionAt() const;
     Milliseconds quietTime() const;
+    bool isPerhapsStray() const;
     std::optional<Time> nudgeAt() const;
     std::optional<Time> restartsAt() const;
     void nudge();
@@ -156,9 +157,11 @@ private:
     std::optional<Time> _restartedAt; // the switch boots
     bool _isOpen = false;
     bool _isLoggedIn = false;
-    bool _isFlooded = false;    // the rest of a reply that was too long may still be coming
-    bool _wasEmpty = false;     // the last reply was
-    bool _isToldClosed = false; // a block has been answered without a port
+    bool _isFlooded = false;       // the rest of a reply that was too long may still be coming
+    bool _wasEmpty = false;        // the last reply was
+    bool _isEnterOpen = false;     // the session's own Enter may still be answered
+    bool _isCredentialDue = false; // the last reply has ended at a login prompt, or there was none yet
+    bool _isToldClosed = false;    // a block has been answered without a port
 
     State _state = State::Idle;
     std::deque<QByteArray> _waiting;

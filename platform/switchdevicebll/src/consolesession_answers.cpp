@@ -91,7 +91,7 @@ void ConsoleSession::atQuestion()
     QByteArray answer;
     if (const auto known = answerTo(facts(), isOfLine ? _exchange.line : QByteArray(), asked)) {
         answer = *known;
-    } else if (!_block.items.empty() && _block.items.front().isAnswer()) {
+    } else if (_isLoggedIn && !_block.items.empty() && _block.items.front().isAnswer()) {
         const BlockItem item = _block.items.front();
         _block.items.pop_front();
         if (!isOfLine)
@@ -146,15 +146,19 @@ void ConsoleSession::atLoginPrompt()
         closeSegment();
         if (_isLoggedIn)
             loseLogin();
-        return finish();
+        finish();
+        _isCredentialDue = true;
+        return;
     }
     _isLoggedIn = false;
-    if (_block.isSingleLine && !_block.items.empty())
+    const bool isEnter = !_block.items.empty() && _block.items.front().text.isEmpty();
+    if (_block.isSingleLine && !_block.items.empty() && (_isCredentialDue || isEnter))
         return nextItem(false);
-    // Several lines are commands, which must not be taken for names and passwords.
+    // What nobody has asked for are commands, which must not be taken for names and passwords.
     loseLogin();
     _block.reply = applyLoginRules(_description->replyRules, "\r\n" + _screen.line()).reply;
     finish();
+    _isCredentialDue = true;
 }
 
 // What stands behind the failure is not looked at: with a new prompt in it, the same password would be sent again.
@@ -162,6 +166,7 @@ void ConsoleSession::atFailure()
 {
     _block.reply += loginReply(_screen.segment().left(_exchange.failureEnd));
     finish();
+    _isCredentialDue = true;
 }
 
 void ConsoleSession::loseLogin()
@@ -233,6 +238,7 @@ void ConsoleSession::beginExchange(const QByteArray &line)
 {
     _screen.beginSegment();
     _exchange = {};
+    _exchange.maySeeStray = std::exchange(_isEnterOpen, false);
     _exchange.line = line;
     _exchange.echo = EchoWatch(line);
     _exchange.isLogin = !_isLoggedIn;

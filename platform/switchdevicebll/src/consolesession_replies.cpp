@@ -33,7 +33,7 @@ QByteArray ConsoleSession::commandReply()
 // Log lines are dropped: a bracket in one of them would pass for a login.
 QByteArray ConsoleSession::loginReply(const QByteArray &text)
 {
-    QByteArray answer = withoutLogLines(text.mid(_exchange.echoEnd));
+    QByteArray answer = withoutLogLines(text.mid(_exchange.echoEnd), facts().failureTexts);
     // Enter was refused as the password of an earlier user, who has left the line there. What matters is what is asked
     // for now.
     if (_exchange.line.isEmpty() && containsOne(facts().failureTexts, answer))
@@ -41,7 +41,8 @@ QByteArray ConsoleSession::loginReply(const QByteArray &text)
     const RuledReply ruled = applyLoginRules(_description->replyRules, answer);
     for (const QString &rule : ruled.fired)
         debug(rule);
-    return _exchange.isOwn ? ruled.reply : withoutLogLines(text.left(_exchange.echoEnd)) + ruled.reply;
+    return _exchange.isOwn ? ruled.reply
+                           : withoutLogLines(text.left(_exchange.echoEnd), facts().failureTexts) + ruled.reply;
 }
 
 void ConsoleSession::closeAndFinish()
@@ -108,6 +109,7 @@ void ConsoleSession::deliver(const QByteArray &reply)
     action.kind = SessionAction::Kind::Deliver;
     action.bytes = reply;
     _actions.push_back(std::move(action));
+    _isCredentialDue = false;
     _state = State::Idle;
     _block = {};
     _exchange = {};

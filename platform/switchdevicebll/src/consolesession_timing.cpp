@@ -101,6 +101,8 @@ Milliseconds ConsoleSession::quietTime() const
     case LineEnding::Kind::None:
         break;
     case LineEnding::Kind::Prompt:
+        if (isPerhapsStray())
+            return kNudgeAfter;
         isSure = _ending.isNamed && _exchange.echo.isComplete();
         break;
     case LineEnding::Kind::Question:
@@ -115,6 +117,15 @@ Milliseconds ConsoleSession::quietTime() const
         break;
     }
     return isSure ? kShortQuiet : kLongQuiet;
+}
+
+// A slow switch answers the line first, and then the Enter that was meant to wake it.
+bool ConsoleSession::isPerhapsStray() const
+{
+    if (!_exchange.maySeeStray || _exchange.echoEnd == 0)
+        return false;
+    const QByteArray written = _screen.segmentFrom(_exchange.echoEnd);
+    return !hasText(written.left(written.size() - _screen.line().size()));
 }
 
 // When something has to be tried because nothing happens.
@@ -142,7 +153,7 @@ std::optional<ConsoleSession::Time> ConsoleSession::restartsAt() const
     if (!_exchange.confirmedAt)
         return std::nullopt;
     const Time due = *_exchange.confirmedAt + kRestartQuiet;
-    return std::clamp<Time>(_lastByte + kShortQuiet, due, due + kRestartQuiet);
+    return std::clamp<Time>(_lastByte + kShortQuiet, due, due + kLongQuiet);
 }
 
 void ConsoleSession::nudge()
@@ -156,6 +167,7 @@ void ConsoleSession::nudge()
     if (_state == State::Preparing && !_isLoggedIn)
         return nextItem(false); // nobody answers to Enter; perhaps to the line itself
     _exchange.isNudged = true;
+    _isEnterOpen = !_endsInLog; // behind a log line the prompt is gone, and the one of the Enter takes its place
     send("\r");
 }
 

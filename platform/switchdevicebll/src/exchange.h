@@ -66,6 +66,7 @@ struct Exchange
     bool hasLineEnd = false; // since Enter was pressed last
     bool hasInk = false;     // something to see, likewise
     bool isNudged = false;
+    bool maySeeStray = false;        // the prompt behind an Enter of the line before
     int answers = 0;                 // questions answered
     int askedAt = 0;                 // where in the segment the next question's text may begin
     std::optional<Time> confirmedAt; // the last answer other than no

@@ -39,17 +39,21 @@ int behindPrompt(const QByteArray &line)
 
 } // namespace
 
-bool LogLineFinder::isLogLine(const QByteArray &line)
+bool LogLineFinder::isLogLine(const QByteArray &line, const QByteArrayList &others)
 {
     int width = line.size();
     while (width > 0 && (line.at(width - 1) == '\n' || line.at(width - 1) == '\r'))
         --width;
-    const bool isLog = _goesOn || line.contains("%%") || beginsWithDate(line, behindPrompt(line));
-    _goesOn = isLog && width >= kScreenWidth;
+    const bool isOther =
+        line.startsWith('<')
+        || std::any_of(others.begin(), others.end(), [&line](const QByteArray &text) { return line.contains(text); });
+    const bool isLog = (_goesOn && !isOther) || line.contains("%%") || beginsWithDate(line, behindPrompt(line));
+    // A longer one comes from a switch that does not wrap.
+    _goesOn = isLog && width == kScreenWidth;
     return isLog;
 }
 
-QByteArray withoutLogLines(const QByteArray &text)
+QByteArray withoutLogLines(const QByteArray &text, const QByteArrayList &others)
 {
     LogLineFinder finder;
     QByteArray kept;
@@ -57,7 +61,7 @@ QByteArray withoutLogLines(const QByteArray &text)
     int begin = 0;
     for (int newline = text.indexOf('\n'); newline >= 0; newline = text.indexOf('\n', begin)) {
         const QByteArray line = text.mid(begin, newline + 1 - begin);
-        if (!finder.isLogLine(line))
+        if (!finder.isLogLine(line, others))
             kept += line;
         begin = newline + 1;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QByteArray>
+#include <QtCore/QByteArrayList>
 
 namespace ovra {
 namespace bll {
@@ -10,15 +11,16 @@ namespace bll {
 class LogLineFinder
 {
 public:
-    /// `line` with or without its end.
-    bool isLogLine(const QByteArray &line);
+    /// `line` with or without its end. One that holds one of `others`, or begins with the prompt of the user view, goes
+    /// no log line on.
+    bool isLogLine(const QByteArray &line, const QByteArrayList &others = {});
 
 private:
-    bool _goesOn = false; // the line before was a log line as wide as the screen
+    bool _goesOn = false; // the line before was a log line exactly as wide as the screen
 };
 
 /// The text without the log lines in it. The last line, which has no end, always stays.
-QByteArray withoutLogLines(const QByteArray &text);
+QByteArray withoutLogLines(const QByteArray &text, const QByteArrayList &others = {});
 
 } // namespace bll
 } // namespace ovra

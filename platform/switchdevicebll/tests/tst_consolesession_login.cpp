@@ -22,6 +22,9 @@ class TestConsoleSessionLogin : public QObject
     Q_OBJECT
 
 private slots:
+    void failure_behindALogLineThatIsNotWrapped_isHandedUp();
+    void command_atALoginPromptThatNobodyHasShown_isNotTyped();
+    void question_standingBeforeTheLogin_isAnsweredNo();
     void dialogue_eachPrompt_endsAReply();
     void firstPrompt_isTheEnd_andTeachesTheName();
     void firstPrompt_isALookAlike();
@@ -465,6 +468,51 @@ void TestConsoleSessionLogin::banner_thatComesBackForEver_neverHangs()
     }
     QCOMPARE(bench.replies, QByteArrayList({""}));
     QVERIFY2(bench.sent.size() < 100, bench.sent.constData());
+}
+
+void TestConsoleSessionLogin::failure_behindALogLineThatIsNotWrapped_isHandedUp()
+{
+    SessionBench bench(shippedDescription(QStringLiteral("Huawei.xml")));
+    bench.submit("\r\n");
+    bench.feed("\r\nUsername:");
+    bench.pass(milliseconds(400));
+    bench.submit("bad\r\n");
+    bench.feed("bad\r\nPassword:");
+    bench.pass(milliseconds(400));
+    bench.forget();
+    bench.submit("wrong\r\n");
+    bench.feed("\r\nNov 20 2026 10:11:12+00:00 SW %%01SHELL/4/LOGINFAILED(s)[1]:Login refused. (Ip=**, UserName=bad, "
+               "Times=1, AccessType=TERMINAL)\r\nError: The password is invalid.\r\n\r\nUsername:");
+    bench.pass(milliseconds(400));
+    QCOMPARE(bench.replies.size(), 1);
+    QVERIFY2(bench.replies.first().contains("The password is invalid"), bench.replies.first().constData());
+    QVERIFY2(!bench.replies.first().contains("Username:"), bench.replies.first().constData());
+}
+
+void TestConsoleSessionLogin::command_atALoginPromptThatNobodyHasShown_isNotTyped()
+{
+    SessionBench bench;
+    bench.logIn();
+    bench.feed("\r\nPlease Press ENTER.\r\n"); // the idle time-out
+    bench.pass(milliseconds(400));
+    bench.submit("save\r\n");
+    bench.pass(milliseconds(400));
+    bench.feed("\r\nUsername:");
+    bench.pass(milliseconds(400));
+    QVERIFY2(!bench.takeSent().contains("save"), "typed as a user name");
+    QCOMPARE(bench.replies, QByteArrayList({"\r\nUsername:"}));
+    // What answers the prompt now is typed.
+    bench.submit("admin\r\n");
+    QCOMPARE(bench.takeSent(), QByteArray("admin\r\n"));
+}
+
+void TestConsoleSessionLogin::question_standingBeforeTheLogin_isAnsweredNo()
+{
+    SessionBench bench;
+    bench.feed("something? [Y/N]:");
+    bench.pass(milliseconds(400));
+    bench.submit("\r\n");
+    QCOMPARE(bench.takeSent(), QByteArray("N\r\n"));
 }
 
 QTEST_GUILESS_MAIN(TestConsoleSessionLogin)

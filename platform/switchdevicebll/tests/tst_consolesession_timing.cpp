@@ -22,6 +22,7 @@ private slots:
     void name_thatHasChanged_isLearned();
     void silence_oneEnterAfterTwoSeconds();
     void silence_swallowedPrompt_isFoundAgain();
+    void silence_slowSwitch_promptOfTheEnterEndsNoReply();
     void silence_logLinesDoNotPostponeEnter();
     void silence_noEnterAheadOfAKnownQuestion();
     void silence_questionThatNeverComes_getsEnterInTheEnd();
@@ -167,6 +168,27 @@ void TestConsoleSessionTiming::silence_swallowedPrompt_isFoundAgain()
     bench.feed("return\r\n<NAME>");
     bench.pass(milliseconds(30));
     QCOMPARE(bench.replies, QByteArrayList({"shutdown\r\n[NAME]" + log + "\r\n[NAME]return\r\n<NAME>"}));
+}
+
+void TestConsoleSessionTiming::silence_slowSwitch_promptOfTheEnterEndsNoReply()
+{
+    SessionBench bench;
+    bench.logIn();
+    bench.submit("display a\r\ndisplay b\r\n");
+    bench.feed("display a\r\n");
+    bench.pass(milliseconds(2400)); // Enter has been sent
+    bench.feed("AAA\r\n<NAME>");
+    bench.pass(milliseconds(100));
+    QVERIFY(bench.sent.endsWith("display b\r\n"));
+    bench.feed("display b\r\n");
+    bench.pass(milliseconds(1000));
+    bench.feed("<NAME>"); // for the Enter
+    bench.pass(milliseconds(1000));
+    QCOMPARE(bench.replies, QByteArrayList());
+    bench.feed("\r\nBBB\r\n<NAME>");
+    bench.pass(milliseconds(100));
+    QCOMPARE(bench.replies.size(), 1);
+    QVERIFY2(bench.replies.first().endsWith("BBB\r\n<NAME>"), bench.replies.first().constData());
 }
 
 void TestConsoleSessionTiming::silence_logLinesDoNotPostponeEnter()
