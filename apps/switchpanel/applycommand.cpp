@@ -4,6 +4,8 @@
 #include "switchcommand.h"
 #include "userio.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr Text kNotTaken{"--%1 %2 is not taken", "--%1 %2 无效"};
@@ -68,6 +70,7 @@ private:
     void set(const PoeRequest &poe);
     void set(const PortsRequest &ports);
     void check(const char *option, int asked, int taken);
+    void checkUplinks(const char *option, const NumberRange &asked);
 
     SwitchDeviceViewModel &_viewModel;
     Language _language;
@@ -78,6 +81,13 @@ void FeatureSetter::check(const char *option, int asked, int taken)
 {
     if (asked != taken && _error.isEmpty())
         _error = inLanguage(kNotTaken, _language, {QLatin1String(option), QString::number(asked)});
+}
+
+// The view model moves a range into what the switch has; nobody means other ports than those that were named.
+void FeatureSetter::checkUplinks(const char *option, const NumberRange &asked)
+{
+    check(option, asked.first, std::max(asked.first, _viewModel.upInterfaceMin()));
+    check(option, asked.last, std::min(asked.last, _viewModel.upInterfaceMax()));
 }
 
 void FeatureSetter::set(const VlanRequest &vlan)
@@ -95,6 +105,7 @@ void FeatureSetter::set(const VlanRequest &vlan)
     if (vlan.uplinks) {
         _viewModel.setUpPortMin(vlan.uplinks->first);
         _viewModel.setUpPortMax(vlan.uplinks->last);
+        checkUplinks("uplinks", *vlan.uplinks);
     }
 }
 
@@ -132,6 +143,7 @@ void FeatureSetter::set(const GroupRequest &group)
     if (group.uplinks) {
         _viewModel.setLinkUpPortMin(group.uplinks->first);
         _viewModel.setLinkUpPortMax(group.uplinks->last);
+        checkUplinks("group-uplinks", *group.uplinks);
     }
 }
 

@@ -266,6 +266,10 @@ void TestDryRun::refusedValue_isToldAndNothingSent_data()
                             << "switchpanel: --multicast-vlan 0 is not taken\n";
     QTest::newRow("VLAN -1") << QStringList{"--querier", "on", "--querier-vlan", "-1"} << 2
                              << "switchpanel: --querier-vlan -1 is not taken\n";
+    QTest::newRow("uplinks that are not there")
+        << QStringList{"--vlan", "10", "--uplinks", "7-9"} << 2 << "switchpanel: --uplinks 9 is not taken\n";
+    QTest::newRow("uplinks of a group that are not there") << QStringList{"--group", "1", "--group-uplinks", "3-6"} << 2
+                                                           << "switchpanel: --group-uplinks 6 is not taken\n";
     // Told by the device description; what the panel never sends is not sent here either.
     QTest::newRow("a command in a port's place") << QStringList{"--shutdown-ports", "g0/0/1\r\nreboot"} << 1
                                                  << "switchpanel: the switch did not take everything, see above\n";
