@@ -403,6 +403,7 @@ private:
     void collectConsoleLines(const QByteArray &data);
 
     // Connection
+    int currentSession() const;
     void wakeConsole(int session);
     void requestUserName();
     void requestPassword();

@@ -57,7 +57,7 @@ void SwitchDeviceViewModel::slot_deviceCommunicate()
 {
     emit showToast(QString(), kInformation);
     const auto open = [self = _d->self, device = _d->device, port = _d->connection.currentCom,
-                       baudRate = _d->connection.baudRate, session = _d->queue.session] {
+                       baudRate = _d->connection.baudRate, session = currentSession()] {
         if (!self->isWanted(session))
             return;
         const bool isOpen = device->connectToSerial(port, baudRate, 0, 0, 0);
@@ -77,11 +77,16 @@ void SwitchDeviceViewModel::slot_deviceCommunicate()
     QMetaObject::invokeMethod(_d->device, open, Qt::QueuedConnection);
 }
 
+int SwitchDeviceViewModel::currentSession() const
+{
+    return _d->self->session.loadRelaxed();
+}
+
 // Makes the switch print its prompt, unless the connection was ended while it was being made.
 void SwitchDeviceViewModel::wakeConsole(int session)
 {
     CommandQueue &queue = _d->queue;
-    if (session != queue.session)
+    if (session != currentSession())
         return;
     ++queue.wakeUps;
     if (std::exchange(queue.wokenSession, session) != session)
@@ -94,7 +99,6 @@ void SwitchDeviceViewModel::disconnectDevice()
     _d->self->session.fetchAndAddRelaxed(1);
     _d->device->disConnectSerial();
     _d->receive.isLoggedIn = false; // the next connection reports its login again
-    ++_d->queue.session;
     _d->queue.isSentInSession = false;
     {
         const QMutexLocker locker(&_d->queue.lock);

@@ -161,8 +161,7 @@ struct CommandQueue
     bool isOutstanding = false;
 
     // Replies and their completion may arrive late. User-interface thread only.
-    int session = 0;              // disconnects so far
-    bool isSentInSession = false; // anything since the last one
+    bool isSentInSession = false; // anything since the last disconnect
     int wakeUps = 0;              // connections made
     int wokenSession = 0;         // of the last of them
 

@@ -155,7 +155,8 @@ void SwitchDeviceViewModel::onCommandCompleted()
 SwitchDeviceViewModel::ReplyOrigin SwitchDeviceViewModel::replyOrigin() const
 {
     const CommandQueue &queue = _d->queue;
-    return {queue.session, queue.session > 0 && !queue.isSentInSession, queue.wakeUps};
+    const int session = currentSession();
+    return {session, session > 0 && !queue.isSentInSession, queue.wakeUps};
 }
 
 // A reply from before a disconnect counts until something is sent behind it; one that came in later, but before the
@@ -163,7 +164,7 @@ SwitchDeviceViewModel::ReplyOrigin SwitchDeviceViewModel::replyOrigin() const
 bool SwitchDeviceViewModel::isReplyInForce(const ReplyOrigin &origin) const
 {
     const CommandQueue &queue = _d->queue;
-    const bool isOutlived = origin.session != queue.session && queue.isSentInSession;
+    const bool isOutlived = origin.session != currentSession() && queue.isSentInSession;
     const bool isOvertaken = origin.isLate && origin.wakeUps != queue.wakeUps;
     return !isOutlived && !isOvertaken;
 }

@@ -511,7 +511,7 @@ void TestSwitchDeviceViewModelFiles::export_fileThatCannotBeWritten_namesIt_andG
     scene->setExportPath(scene.path);
     QVERIFY(!scene.isExportRunning());
 #else
-    QSKIP("no device that is always full");
+    QSKIP("only Linux has /dev/full, on which every write fails");
 #endif
 }
 

@@ -388,7 +388,7 @@ void TestAnalyze::outputThatCannotBeWritten_isAnError()
     QCOMPARE(process.exitCode(), 2);
     QVERIFY(process.readAllStandardError().contains("switchpanel: the report could not be written\n"));
 #else
-    QSKIP("no device that is always full");
+    QSKIP("only Linux has /dev/full, on which every write fails");
 #endif
 }
 
