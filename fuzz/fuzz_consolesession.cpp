@@ -135,6 +135,7 @@ private:
         case kReconnected:
             _session.connected();
             _blocks = _replies; // they are never answered
+            _wasEmpty = false;  // as on a line that nothing is known of
             return;
         case kEcho:
             return feed(_typed);
