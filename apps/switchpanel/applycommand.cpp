@@ -23,7 +23,7 @@ const SwitchCommand &applyCommand()
         [] {
             std::vector<Option> options = featureOptions();
             options.push_back(
-                {"json", nullptr, {"with --dry-run: a JSON document", "与 --dry-run 一起：输出JSON文档"}});
+                kDryRunJson);
             return options;
         }(),
         std::chrono::seconds(600),

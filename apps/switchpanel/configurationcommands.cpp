@@ -34,9 +34,10 @@ const SwitchCommand &exportCommand()
          kSwitchStatuses},
         {{"clean",
           nullptr,
-          {"as commands that 'switchpanel import' replays", "写成可由 'switchpanel import' 重放的命令"}}},
+          {"as commands that 'switchpanel import' replays", "写成可由 'switchpanel import' 重放的命令"}},
+         kDryRunJson},
         std::chrono::seconds(1'800),
-        false,
+        true,
         1,
         {"export needs the name of a file", "export 需要文件名"}};
     return kCommand;
@@ -50,7 +51,7 @@ const SwitchCommand &importCommand()
          {"Sends the lines of FILE to a switch as commands, one after the other.",
           "将文件各行作为命令依次发送给交换机。"},
          kSwitchStatuses},
-        {{"json", nullptr, {"with --dry-run: a JSON document", "与 --dry-run 一起：输出JSON文档"}}},
+        {kDryRunJson},
         std::chrono::seconds(7'200),
         true,
         1,
@@ -131,6 +132,15 @@ private:
     QSaveFile _file;
 };
 
+SwitchAction exportAction(const QString &path)
+{
+    return [path](SwitchDeviceViewModel &viewModel) {
+        viewModel.setExportPath(path);
+        viewModel.exportSwitchInfo();
+        return QString();
+    };
+}
+
 // The view model writes while replies arrive; what it has written counts once all of it is there.
 Outcome exportTo(OutputFile &output, const SwitchCommandLine &line, SwitchSession &session)
 {
@@ -140,11 +150,7 @@ Outcome exportTo(OutputFile &output, const SwitchCommandLine &line, SwitchSessio
     if (!folder.isValid())
         return {ExitStatus::Failed, inLanguage(kNoTemporary, language, {folder.errorString()})};
     const QString raw = folder.filePath(QStringLiteral("configuration"));
-    Outcome outcome = session.run([&raw](SwitchDeviceViewModel &viewModel) {
-        viewModel.setExportPath(raw);
-        viewModel.exportSwitchInfo();
-        return QString();
-    });
+    const Outcome outcome = session.run(exportAction(raw));
     if (outcome.status != ExitStatus::Done && outcome.status != ExitStatus::Refused)
         return outcome;
     const FileText text = readFile(raw, language);
@@ -160,6 +166,17 @@ Outcome exportTo(OutputFile &output, const SwitchCommandLine &line, SwitchSessio
     if (!line.connection.isQuiet)
         printError(inLanguage(kWritten, language, {target, QString::number(bytes.count('\n'))}));
     return {}; // paging that cannot be switched off is no refusal that matters once all of it is here
+}
+
+// FILE is left alone; the view model has one of its own, in which nothing arrives.
+ExitStatus dryExport(const SwitchCommandLine &line)
+{
+    const QTemporaryDir folder;
+    if (!folder.isValid()) {
+        printError(inLanguage(kNoTemporary, line.connection.language, {folder.errorString()}));
+        return ExitStatus::Failed;
+    }
+    return printDryRun(line, exportAction(folder.filePath(QStringLiteral("configuration"))));
 }
 
 bool hasCommand(const QByteArray &bytes)
@@ -187,6 +204,8 @@ ExitStatus runExport(const QStringList &words, Language language)
     const SwitchCommandLine line = readCommandLine(exportCommand(), words, language);
     if (line.end)
         return *line.end;
+    if (line.arguments.has("dry-run"))
+        return dryExport(line);
     OutputFile output(line.arguments.operands.first(), line.connection.language);
     const QString error = output.open(); // before the switch is asked for minutes
     if (!error.isEmpty()) {

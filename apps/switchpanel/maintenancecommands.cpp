@@ -12,8 +12,6 @@ constexpr Text kNotAsked{"clear asks before it erases anything: --yes, or a term
                          "clear 在清空前需要确认：请加 --yes，或在终端中运行"};
 constexpr Text kNotCleared{"nothing was erased", "未清空任何配置"};
 
-constexpr Option kJson{"json", nullptr, {"with --dry-run: a JSON document", "与 --dry-run 一起：输出JSON文档"}};
-
 const SwitchCommand &saveCommand()
 {
     static const SwitchCommand kCommand{
@@ -22,7 +20,7 @@ const SwitchCommand &saveCommand()
          {"Saves the configuration on the switch, so that it outlives a restart.",
           "在交换机上保存配置，重启后仍然有效。"},
          kSwitchStatuses},
-        {kJson},
+        {kDryRunJson},
         std::chrono::seconds(300),
         true};
     return kCommand;
@@ -36,7 +34,7 @@ const SwitchCommand &clearCommand()
          {"Erases the saved configuration of the switch and restarts it, which takes minutes. Asks first.",
           "清空交换机保存的配置并重启，需要几分钟。执行前会询问。"},
          kSwitchStatuses},
-        {{"yes", nullptr, {"do not ask", "不询问"}}, kJson},
+        {{"yes", nullptr, {"do not ask", "不询问"}}, kDryRunJson},
         std::chrono::seconds(600),
         true};
     return kCommand;

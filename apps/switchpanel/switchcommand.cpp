@@ -50,6 +50,8 @@ const Text kSwitchStatuses{
     "switchpanel(1) has the details.",
     "退出状态：0 完成，1 交换机拒绝登录或命令，2 未能执行，130 被 Ctrl-C 中止。\n详见 switchpanel(1)。"};
 
+const Option kDryRunJson{"json", nullptr, {"with --dry-run: a JSON document", "与 --dry-run 一起：输出JSON文档"}};
+
 std::vector<Option> optionsOf(const SwitchCommand &command)
 {
     std::vector<Option> options = command.options;

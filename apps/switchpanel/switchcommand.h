@@ -46,6 +46,8 @@ ExitStatus printDryRun(const SwitchCommandLine &line, const SwitchAction &action
 
 //! "exit status: ..." of these commands.
 extern const Text kSwitchStatuses;
+//! Of commands whose only JSON document is that of --dry-run.
+extern const Option kDryRunJson;
 
 //! Prints a JSON document.
 ExitStatus printJson(const QJsonDocument &document);

@@ -31,6 +31,14 @@ QStringList labelsOf(const QVector<Block> &blocks)
     return labels;
 }
 
+QStringList bytesOf(const QVector<Block> &blocks)
+{
+    QStringList bytes;
+    for (const Block &block : blocks)
+        bytes.append(block.bytes);
+    return bytes;
+}
+
 const QStringList kAllFeatures{"--vlan",     "10",     "--ports",          "1-4",    "--multicast",   "on",
                                "--querier",  "on",     "--group",          "1",      "--group-ports", "9-10",
                                "--mirror",   "on",     "--from",           "g0/0/2", "--to",          "g0/0/12",
@@ -55,6 +63,8 @@ private slots:
     void listing_missing_isTold();
     void listing_withoutPorts_isTold();
     void port_isNotOpened();
+    void export_leavesTheFileAlone_data();
+    void export_leavesTheFileAlone();
     void refusedValue_isToldAndNothingSent_data();
     void refusedValue_isToldAndNothingSent();
     void wrongUsage_isTold_data();
@@ -254,6 +264,43 @@ void TestDryRun::port_isNotOpened()
     QCOMPARE(labelsOf(blocksIn(run)), QStringList("Save configuration"));
 }
 
+void TestDryRun::export_leavesTheFileAlone_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QStringList>("labels");
+    QTest::addColumn<QStringList>("blocks");
+
+    QTest::newRow("Huawei") << QStringList{} << QStringList{"Export configuration0", "Export configuration1"}
+                            << QStringList{"screen-length 0 temporary\r\nspace",
+                                           "display current-configuration\r\nspace"};
+    QTest::newRow("as commands") << QStringList{"--clean"}
+                                 << QStringList{"Export configuration0", "Export configuration1"}
+                                 << QStringList{"screen-length 0 temporary\r\nspace",
+                                                "display current-configuration\r\nspace"};
+    QTest::newRow("Hua3") << QStringList{"--family", "hua3"}
+                          << QStringList{"Export configuration0", "Export configuration1"}
+                          << QStringList{"screen-length disable\r\nspace", "display current-configuration\r\nspace"};
+    QTest::newRow("Chinese") << QStringList{"--lang", "zh"}
+                             << QStringList{QStringLiteral("导出配置0"), QStringLiteral("导出配置1")}
+                             << QStringList{"screen-length 0 temporary\r\nspace",
+                                            "display current-configuration\r\nspace"};
+}
+
+void TestDryRun::export_leavesTheFileAlone()
+{
+    QFETCH(QStringList, options);
+    const QString path = write("what an earlier export wrote\n");
+    const ProgramRun run = runSwitchpanel(QStringList{"export", path, "--dry-run", "--json"} + options);
+    QCOMPARE(run.errors, QString());
+    QCOMPARE(run.exitStatus, 0);
+    const QVector<Block> blocks = blocksIn(run);
+    QTEST(labelsOf(blocks), "labels");
+    QTEST(bytesOf(blocks), "blocks");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("what an earlier export wrote\n"));
+}
+
 void TestDryRun::refusedValue_isToldAndNothingSent_data()
 {
     QTest::addColumn<QStringList>("settings");
@@ -294,7 +341,6 @@ void TestDryRun::wrongUsage_isTold_data()
 
     QTest::newRow("listing without dry run")
         << QStringList{"save", "--port", "COM3", "--listing", "x"} << "--listing goes with --dry-run";
-    QTest::newRow("export has none") << QStringList{"export", "x", "--dry-run"} << "unknown option: --dry-run";
     QTest::newRow("nothing to apply") << QStringList{"apply", "--dry-run"}
                                       << "nothing to apply: name at least one setting";
 }
