@@ -267,6 +267,154 @@
         <source>交换机没有应答，请检查连接线和波特率</source>
         <translation>the switch does not answer, check the cable and the baud rate</translation>
     </message>
+    <message>
+        <source>%1超过 %2 条</source>
+        <translation>there are more than %2 %1</translation>
+    </message>
+    <message>
+        <source>命令</source>
+        <translation>commands</translation>
+    </message>
+    <message>
+        <source>%1 %2 不在 %3 之中</source>
+        <translation>the %1 %2 is none of %3</translation>
+    </message>
+    <message>
+        <source>%1为空</source>
+        <translation>the %1 is empty</translation>
+    </message>
+    <message>
+        <source>%1超过 %2 个</source>
+        <translation>the %1 holds more than %2</translation>
+    </message>
+    <message>
+        <source>未设置%1</source>
+        <translation>the %1 has not been set</translation>
+    </message>
+    <message>
+        <source>%1 %2 不在 %3 到 %4 之间</source>
+        <translation>the %1 %2 is not from %3 to %4</translation>
+    </message>
+    <message>
+        <source>%1 %2 既不是连字符也不是空格</source>
+        <translation>the %1 %2 is neither a hyphen nor a blank</translation>
+    </message>
+    <message>
+        <source>%1 %2 不是 %3 的端口</source>
+        <translation>the %1 %2 is not a port of a %3</translation>
+    </message>
+    <message>
+        <source>%1 %2 到 %3 不是 %4 到 %5 之内的递增范围</source>
+        <translation>the %1 %2 to %3 does not go upwards from %4 to %5 at most</translation>
+    </message>
+    <message>
+        <source>%1的接口类型 %2 不属于 %3</source>
+        <translation>the interface type %2 of the %1 is none of a %3</translation>
+    </message>
+    <message>
+        <source>未加载设备描述文件，未发送任何命令</source>
+        <translation>no device description is loaded, nothing is sent</translation>
+    </message>
+    <message>
+        <source>%1，未发送任何命令</source>
+        <translation>%1; nothing is sent</translation>
+    </message>
+    <message>
+        <source>槽位号</source>
+        <translation>slot</translation>
+    </message>
+    <message>
+        <source>VLAN号</source>
+        <translation>VLAN id</translation>
+    </message>
+    <message>
+        <source>链路聚合组</source>
+        <translation>link aggregation group</translation>
+    </message>
+    <message>
+        <source>镜像组</source>
+        <translation>mirroring group</translation>
+    </message>
+    <message>
+        <source>连接符</source>
+        <translation>joining character</translation>
+    </message>
+    <message>
+        <source>接口类型</source>
+        <translation>interface type</translation>
+    </message>
+    <message>
+        <source>链路聚合接口类型</source>
+        <translation>link interface type</translation>
+    </message>
+    <message>
+        <source>交换机类型</source>
+        <translation>switch type</translation>
+    </message>
+    <message>
+        <source>组播状态</source>
+        <translation>multicast status</translation>
+    </message>
+    <message>
+        <source>查询器状态</source>
+        <translation>querier status</translation>
+    </message>
+    <message>
+        <source>镜像状态</source>
+        <translation>mirroring status</translation>
+    </message>
+    <message>
+        <source>自协商状态</source>
+        <translation>auto-negotiation status</translation>
+    </message>
+    <message>
+        <source>PoE状态</source>
+        <translation>PoE status</translation>
+    </message>
+    <message>
+        <source>接口状态</source>
+        <translation>interface status</translation>
+    </message>
+    <message>
+        <source>下行端口范围</source>
+        <translation>down port range</translation>
+    </message>
+    <message>
+        <source>上行端口范围</source>
+        <translation>up port range</translation>
+    </message>
+    <message>
+        <source>链路聚合下行端口范围</source>
+        <translation>link down port range</translation>
+    </message>
+    <message>
+        <source>链路聚合上行端口范围</source>
+        <translation>link up port range</translation>
+    </message>
+    <message>
+        <source>PoE端口范围</source>
+        <translation>PoE port range</translation>
+    </message>
+    <message>
+        <source>镜像源端口</source>
+        <translation>mirrored port</translation>
+    </message>
+    <message>
+        <source>镜像目的端口</source>
+        <translation>mirroring port</translation>
+    </message>
+    <message>
+        <source>自协商端口</source>
+        <translation>auto-negotiation port</translation>
+    </message>
+    <message>
+        <source>PoE端口</source>
+        <translation>PoE port</translation>
+    </message>
+    <message>
+        <source>端口列表</source>
+        <translation>list of ports</translation>
+    </message>
 </context>
 <context>
     <name>ConsolePort</name>

@@ -60,9 +60,9 @@ private:
     std::optional<PortRange> rangeOf(const ValueSpec &value);
     std::optional<QString> typeOf(const ValueSpec &value);
 
-    std::nullopt_t refuse(const QString &reason)
+    std::nullopt_t refuse(const QString &text, const QString &label, const QStringList &values = {})
     {
-        _refusal = reason;
+        _refusal = {text, label, values};
         return std::nullopt;
     }
     bool isWithin(int number, const QString &limit) const
@@ -76,7 +76,7 @@ private:
     const QStringList &_ports;
     QString _port; // of the repetition that is running
     QStringList _commands;
-    QString _refusal;
+    Refusal _refusal;
 };
 
 bool Expander::addAll(const CommandList &nodes)
@@ -121,7 +121,7 @@ bool Expander::addLine(const LineTemplate &line)
 bool Expander::addCommand(const QString &command)
 {
     if (_commands.size() >= kMostCommands) {
-        refuse(QStringLiteral("there are more than %1 commands").arg(kMostCommands));
+        refuse(QStringLiteral("%1超过 %2 条"), QStringLiteral("命令"), {QString::number(kMostCommands)});
         return false;
     }
     _commands << command;
@@ -141,8 +141,8 @@ bool Expander::addChoice(const CommandNode &node)
     }
     if (node.otherwise)
         return addAll(*node.otherwise);
-    refuse(QStringLiteral("the %1 %2 is none of %3")
-               .arg(node.value->label, quoted(*chosen), known.join(QStringLiteral(", "))));
+    refuse(QStringLiteral("%1 %2 不在 %3 之中"), node.value->label,
+           {quoted(*chosen), known.join(QStringLiteral(", "))});
     return false;
 }
 
@@ -196,9 +196,9 @@ std::optional<QStringList> Expander::listedPorts(const ValueSpec &value)
 {
     const int most = _description.limitOf(QStringLiteral("port")).max;
     if (_ports.isEmpty())
-        return refuse(QStringLiteral("the %1 is empty").arg(value.label));
+        return refuse(QStringLiteral("%1为空"), value.label);
     if (_ports.size() > most)
-        return refuse(QStringLiteral("the %1 holds more than %2").arg(value.label).arg(most));
+        return refuse(QStringLiteral("%1超过 %2 个"), value.label, {QString::number(most)});
     QStringList ports;
     for (const QString &text : _ports) {
         const std::optional<PortText> port = portText(value, text);
@@ -246,14 +246,11 @@ std::optional<QString> Expander::numberText(const ValueSpec &value, std::optiona
     const std::optional<int> set = _values.*value.number;
     const std::optional<int> number = set ? set : fallback;
     if (!number)
-        return refuse(QStringLiteral("the %1 has not been set").arg(value.label));
+        return refuse(QStringLiteral("未设置%1"), value.label);
     if (!isWithin(*number, value.name)) {
         const PortRange range = _description.limitOf(value.name);
-        return refuse(QStringLiteral("the %1 %2 is not from %3 to %4")
-                          .arg(value.label)
-                          .arg(*number)
-                          .arg(range.min)
-                          .arg(range.max));
+        return refuse(QStringLiteral("%1 %2 不在 %3 到 %4 之间"), value.label,
+                      {QString::number(*number), QString::number(range.min), QString::number(range.max)});
     }
     return QString::number(*number);
 }
@@ -264,7 +261,7 @@ std::optional<QString> Expander::joinerText(const ValueSpec &value)
     if (text.isEmpty())
         return _description.snoopingJoiner;
     if (text != QLatin1String("-") && text != QLatin1String(" "))
-        return refuse(QStringLiteral("the %1 %2 is neither a hyphen nor a blank").arg(value.label, quoted(text)));
+        return refuse(QStringLiteral("%1 %2 既不是连字符也不是空格"), value.label, {quoted(text)});
     return text;
 }
 
@@ -278,7 +275,7 @@ std::optional<QString> Expander::slotNumber(int port)
 std::optional<PortText> Expander::portText(const ValueSpec &value, const QString &text)
 {
     if (text.isEmpty())
-        return refuse(QStringLiteral("the %1 has not been set").arg(value.label));
+        return refuse(QStringLiteral("未设置%1"), value.label);
     const std::optional<PortText> split = splitPort(text);
     if (split && split->type.isEmpty()) {
         // A bare number: a down port of the switch, or its most usual kind as long as no type was set.
@@ -294,23 +291,20 @@ std::optional<PortText> Expander::portText(const ValueSpec &value, const QString
         if (type)
             return PortText{*type, split->number};
     }
-    return refuse(QStringLiteral("the %1 %2 is not a port of a %3").arg(value.label, quoted(text), _description.name));
+    return refuse(QStringLiteral("%1 %2 不是 %3 的端口"), value.label, {quoted(text), _description.name});
 }
 
 std::optional<PortRange> Expander::rangeOf(const ValueSpec &value)
 {
     const std::optional<PortRange> range = _values.*value.ports;
     if (!range)
-        return refuse(QStringLiteral("the %1 has not been set").arg(value.label));
+        return refuse(QStringLiteral("未设置%1"), value.label);
     const QString port = QStringLiteral("port");
     if (range->min > range->max || !isWithin(range->min, port) || !isWithin(range->max, port)) {
         const PortRange limit = _description.limitOf(port);
-        return refuse(QStringLiteral("the %1 %2 to %3 does not go upwards from %4 to %5 at most")
-                          .arg(value.label)
-                          .arg(range->min)
-                          .arg(range->max)
-                          .arg(limit.min)
-                          .arg(limit.max));
+        return refuse(QStringLiteral("%1 %2 到 %3 不是 %4 到 %5 之内的递增范围"), value.label,
+                      {QString::number(range->min), QString::number(range->max), QString::number(limit.min),
+                       QString::number(limit.max)});
     }
     return range;
 }
@@ -321,8 +315,7 @@ std::optional<QString> Expander::typeOf(const ValueSpec &value)
     const QString &text = _values.*value.text;
     std::optional<QString> type = _description.interfaces.fullType(text);
     if (!type)
-        return refuse(QStringLiteral("the interface type %1 of the %2 is none of a %3")
-                          .arg(quoted(text), value.label, _description.name));
+        return refuse(QStringLiteral("%1的接口类型 %2 不属于 %3"), value.label, {quoted(text), _description.name});
     return type;
 }
 

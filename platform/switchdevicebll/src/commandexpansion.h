@@ -5,14 +5,25 @@
 
 #include <QtCore/QStringList>
 
+#include <optional>
+
 namespace ovra {
 namespace bll {
 
-/// The commands of one block in typing order; or none, and a sentence on the value that was refused.
+/// Why a value was refused: `text` in Chinese, to be translated and filled in. %1 is `label`, which is to be translated
+/// as well, %2 the first of `values`.
+struct Refusal
+{
+    QString text;
+    QString label;
+    QStringList values;
+};
+
+/// The commands of one block in typing order; or none, and the refusal.
 struct Expansion
 {
     QStringList commands;
-    QString refusal;
+    std::optional<Refusal> refusal;
 };
 
 /// Puts the values into a block of the description. `ports` are the port texts of a block that repeats over "ports".

@@ -14,7 +14,7 @@ ValueSpec number(const char *name, const char *label, PortRange bounds, std::opt
 {
     ValueSpec spec;
     spec.name = QLatin1String(name);
-    spec.label = QLatin1String(label);
+    spec.label = QString::fromUtf8(label);
     spec.kind = ValueKind::Number;
     spec.bounds = bounds;
     spec.number = member;
@@ -25,7 +25,7 @@ ValueSpec text(const char *name, const char *label, ValueKind kind, QString Devi
 {
     ValueSpec spec;
     spec.name = QLatin1String(name);
-    spec.label = QLatin1String(label);
+    spec.label = QString::fromUtf8(label);
     spec.kind = kind;
     spec.text = member;
     return spec;
@@ -62,30 +62,30 @@ using V = DeviceValues;
 const std::vector<ValueSpec> &valueSpecs()
 {
     static const std::vector<ValueSpec> specs{
-        number("slot", "slot", {0, 255}, &V::slot),
-        number("vlan", "VLAN id", {1, 4094}, &V::vlan), // IEEE 802.1Q: 0 and 4095 are no VLANs
-        number("link", "link aggregation group", {0, 65535}, &V::link),
-        number("mirror", "mirroring group", {0, 65535}, &V::mirror),
-        text("snooping-joiner", "joining character", ValueKind::Joiner, &V::snoopingJoiner),
-        word("port-type", "interface type", &V::portType, {QStringLiteral("access"), QStringLiteral("trunk")}),
-        word("link-type", "link interface type", &V::linkType, {QStringLiteral("access"), QStringLiteral("trunk")}),
-        word("switch-type", "switch type", &V::switchType, {QStringLiteral("access"), QStringLiteral("aggregation")}),
-        status("multicast-status", "multicast status", &V::multicastStatus),
-        status("querier-status", "querier status", &V::querierStatus),
-        status("mirror-status", "mirroring status", &V::mirrorStatus),
-        status("autoneg-status", "auto-negotiation status", &V::autoNegStatus),
-        status("poe-status", "PoE status", &V::poeStatus),
-        status("interface-status", "interface status", &V::interfaceStatus),
-        ports("down-ports", "down port range", &V::downPorts, &V::downType),
-        ports("up-ports", "up port range", &V::upPorts, &V::upType),
-        ports("link-down-ports", "link down port range", &V::linkDownPorts, &V::downType),
-        ports("link-up-ports", "link up port range", &V::linkUpPorts, &V::upType),
-        ports("poe-ports", "PoE port range", &V::poePorts, &V::poeType),
-        text("mirror-source", "mirrored port", ValueKind::Port, &V::mirrorSource),
-        text("mirror-destination", "mirroring port", ValueKind::Port, &V::mirrorDestination),
-        text("autoneg-port", "auto-negotiation port", ValueKind::Port, &V::autoNegPort),
-        text("poe-port", "PoE port", ValueKind::Port, &V::poePort),
-        portList("ports", "list of ports"),
+        number("slot", "槽位号", {0, 255}, &V::slot),
+        number("vlan", "VLAN号", {1, 4094}, &V::vlan), // IEEE 802.1Q: 0 and 4095 are no VLANs
+        number("link", "链路聚合组", {0, 65535}, &V::link),
+        number("mirror", "镜像组", {0, 65535}, &V::mirror),
+        text("snooping-joiner", "连接符", ValueKind::Joiner, &V::snoopingJoiner),
+        word("port-type", "接口类型", &V::portType, {QStringLiteral("access"), QStringLiteral("trunk")}),
+        word("link-type", "链路聚合接口类型", &V::linkType, {QStringLiteral("access"), QStringLiteral("trunk")}),
+        word("switch-type", "交换机类型", &V::switchType, {QStringLiteral("access"), QStringLiteral("aggregation")}),
+        status("multicast-status", "组播状态", &V::multicastStatus),
+        status("querier-status", "查询器状态", &V::querierStatus),
+        status("mirror-status", "镜像状态", &V::mirrorStatus),
+        status("autoneg-status", "自协商状态", &V::autoNegStatus),
+        status("poe-status", "PoE状态", &V::poeStatus),
+        status("interface-status", "接口状态", &V::interfaceStatus),
+        ports("down-ports", "下行端口范围", &V::downPorts, &V::downType),
+        ports("up-ports", "上行端口范围", &V::upPorts, &V::upType),
+        ports("link-down-ports", "链路聚合下行端口范围", &V::linkDownPorts, &V::downType),
+        ports("link-up-ports", "链路聚合上行端口范围", &V::linkUpPorts, &V::upType),
+        ports("poe-ports", "PoE端口范围", &V::poePorts, &V::poeType),
+        text("mirror-source", "镜像源端口", ValueKind::Port, &V::mirrorSource),
+        text("mirror-destination", "镜像目的端口", ValueKind::Port, &V::mirrorDestination),
+        text("autoneg-port", "自协商端口", ValueKind::Port, &V::autoNegPort),
+        text("poe-port", "PoE端口", ValueKind::Port, &V::poePort),
+        portList("ports", "端口列表"),
     };
     return specs;
 }

@@ -26,7 +26,8 @@ namespace bll {
 /// Words only ever choose between lines that stand in the description; they reach no line themselves.
 enum class ValueKind { Number, Joiner, Word, Ports, Port, PortList };
 
-/// A value of the panel: its name in descriptions, what messages call it, and where it is kept.
+/// A value of the panel: its name in descriptions, what messages call it (in Chinese, to be translated), and where it
+/// is kept.
 struct ValueSpec
 {
     QString name;

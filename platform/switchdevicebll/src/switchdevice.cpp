@@ -1,6 +1,7 @@
 #include <switchdevicebll/switchdevice.h>
 
 #include "consolesession.h"
+#include "usermessage.h"
 
 #include <basecomm/applicationthread.h>
 #include <consoleportcomm/consoleportcomm.h>
@@ -33,14 +34,6 @@ struct Request
     Kind kind = Kind::Block;
     QByteArray block;
 };
-
-QString filledIn(const QString &text, const QStringList &values)
-{
-    // Not one after the other: a value may hold a placeholder itself.
-    if (values.size() == 2)
-        return text.arg(values.at(0), values.at(1));
-    return values.isEmpty() ? text : text.arg(values.at(0));
-}
 
 } // namespace
 

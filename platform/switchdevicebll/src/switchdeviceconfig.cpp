@@ -2,6 +2,9 @@
 
 #include "commandexpansion.h"
 #include "descriptionreader.h"
+#include "usermessage.h"
+
+#include <switchdevicebll/translatemanage.h>
 
 #include <QtCore/QtDebug>
 
@@ -10,6 +13,22 @@
 
 namespace ovra {
 namespace bll {
+
+namespace {
+
+QString translated(const QString &text)
+{
+    return lumen::trans::translate(OVRA::BLL::TranslateManage::getInstance()->currentTranslator(),
+                                   QStringLiteral("SwitchDevice"), QString(), text);
+}
+
+QString sentence(const Refusal &refusal)
+{
+    const QString reason = filledIn(translated(refusal.text), QStringList(translated(refusal.label)) + refusal.values);
+    return filledIn(translated(QStringLiteral("%1，未发送任何命令")), {reason});
+}
+
+} // namespace
 
 struct SwitchDeviceConfig::Private
 {
@@ -330,13 +349,13 @@ QStringList SwitchDeviceConfig::commandsOf(const char *getter, const QStringList
 {
     const std::shared_ptr<const DeviceDescription> current = description();
     if (!current) {
-        qWarning("%s: no device description is loaded, nothing is sent", getter);
+        qWarning().noquote() << translated(QStringLiteral("未加载设备描述文件，未发送任何命令"));
         return {};
     }
     // The reader lets no description pass that lacks a block.
     const Expansion expansion = expand(current->blocks.at(QLatin1String(getter)), *current, _d->values, ports);
-    if (!expansion.refusal.isEmpty())
-        qWarning("%s: %s; nothing is sent", getter, qUtf8Printable(expansion.refusal));
+    if (expansion.refusal)
+        qWarning().noquote() << sentence(*expansion.refusal);
     return expansion.commands;
 }
 

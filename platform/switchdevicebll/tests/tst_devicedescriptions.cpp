@@ -1,5 +1,6 @@
 #include "commandexpansion.h"
 #include "descriptionreader.h"
+#include "usermessage.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QMap>
@@ -72,6 +73,14 @@ int validateContent(const QByteArray &content)
 
 // xmllint's "the document does not conform" and "the document is not XML".
 const QList<int> kInvalid{1, 3, 4};
+
+// The refusal in the language of the sources; empty without one.
+QString sentence(const Expansion &expansion)
+{
+    if (!expansion.refusal)
+        return {};
+    return filledIn(expansion.refusal->text, QStringList(expansion.refusal->label) + expansion.refusal->values);
+}
 
 } // namespace
 
@@ -382,7 +391,7 @@ void TestDeviceDescriptions::read_longList_isCapped()
     values.downPorts = PortRange{1, 910};
     const Expansion expansion = expand(save, *description, values);
     QCOMPARE(expansion.commands, QStringList());
-    QCOMPARE(expansion.refusal, QStringLiteral("there are more than 10000 commands"));
+    QCOMPARE(sentence(expansion), QStringLiteral("命令超过 10000 条"));
 }
 
 // Another spelling, another slot, another command, a choice by nothing but data.
@@ -470,27 +479,27 @@ void TestDeviceDescriptions::expand_unsetValue_isNamed_data()
     QTest::addColumn<QString>("getter");
     QTest::addColumn<QString>("refusal"); // with nothing set; empty: the list needs no value
     const auto add = [](const char *getter, const char *refusal) {
-        QTest::newRow(getter) << QString::fromLatin1(getter) << QString::fromLatin1(refusal);
+        QTest::newRow(getter) << QString::fromLatin1(getter) << QString::fromUtf8(refusal);
     };
-    add("getDownVlanCommands", "the VLAN id has not been set");
-    add("getUpGVlanCommands", "the VLAN id has not been set");
+    add("getDownVlanCommands", "未设置VLAN号");
+    add("getUpGVlanCommands", "未设置VLAN号");
     add("getVlanQueryCommands", "");
-    add("getMulticastCommands", "the multicast status \"\" is none of enable, disable");
-    add("getMulticastQueryCommands", "the VLAN id has not been set");
-    add("getQuerierCommands", "the VLAN id has not been set");
-    add("getQuerierQueryCommands", "the VLAN id has not been set");
-    add("getLinkDownCommands", "the link aggregation group has not been set");
-    add("getLinkGigabitSingleCommands", "the link aggregation group has not been set");
-    add("getLinkUpCommands", "the link aggregation group has not been set");
-    add("getLink10GSingleCommands", "the link aggregation group has not been set");
-    add("getLinkAggregationQueryCommands", "the link aggregation group has not been set");
-    add("getMirrorCommands", "the mirroring status \"\" is none of enable, disable");
+    add("getMulticastCommands", "组播状态 \"\" 不在 enable, disable 之中");
+    add("getMulticastQueryCommands", "未设置VLAN号");
+    add("getQuerierCommands", "未设置VLAN号");
+    add("getQuerierQueryCommands", "未设置VLAN号");
+    add("getLinkDownCommands", "未设置链路聚合组");
+    add("getLinkGigabitSingleCommands", "未设置链路聚合组");
+    add("getLinkUpCommands", "未设置链路聚合组");
+    add("getLink10GSingleCommands", "未设置链路聚合组");
+    add("getLinkAggregationQueryCommands", "未设置链路聚合组");
+    add("getMirrorCommands", "镜像状态 \"\" 不在 enable, disable 之中");
     add("getMirrorPortQueryCommands", "");
-    add("getAutoNegCommands", "the auto-negotiation port has not been set");
-    add("getAutoNegotiationQueryCommands", "the auto-negotiation port has not been set");
-    add("getPOECommands", "the PoE port has not been set");
+    add("getAutoNegCommands", "未设置自协商端口");
+    add("getAutoNegotiationQueryCommands", "未设置自协商端口");
+    add("getPOECommands", "未设置PoE端口");
     add("getPOEQueryCommands", "");
-    add("getInterfaceCommandsForPorts", "the list of ports is empty");
+    add("getInterfaceCommandsForPorts", "端口列表为空");
     add("getVlanStatusCommands", "");
     add("getPortStatusCommands", "");
     add("getInterfaceSpeedCommands", "");
@@ -508,7 +517,7 @@ void TestDeviceDescriptions::expand_unsetValue_isNamed()
     QFETCH(QString, refusal);
     const auto description = shipped(kHuawei);
     const Expansion expansion = expand(description->blocks.at(getter), *description, DeviceValues());
-    QCOMPARE(expansion.refusal, refusal);
+    QCOMPARE(sentence(expansion), refusal);
     QCOMPARE(expansion.commands.isEmpty(), !refusal.isEmpty());
 }
 

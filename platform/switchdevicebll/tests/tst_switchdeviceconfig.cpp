@@ -2,6 +2,9 @@
 
 #include "devicedescription.h"
 
+#include <lxtranslate/translator.h>
+#include <switchdevicebll/translatemanage.h>
+
 #include <QtCore/QFile>
 #include <QtCore/QMap>
 #include <QtCore/QRegularExpression>
@@ -939,6 +942,8 @@ QSet<QString> addHua3()
     return rows.covered();
 }
 
+const QString kNothingLoaded = QStringLiteral("^未加载设备描述文件，未发送任何命令$");
+
 void expectWarning(const QString &pattern)
 {
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(pattern));
@@ -968,6 +973,8 @@ private slots:
     void value_outOfBounds_isRefused_data();
     void value_outOfBounds_isRefused();
     void value_refused_isForgottenWithTheNextOne();
+    void value_refused_isToldInTheLanguageInForce_data();
+    void value_refused_isToldInTheLanguageInForce();
     void ports_wholeSwitch_areRepeatedInOrder();
 };
 
@@ -981,21 +988,21 @@ void TestSwitchDeviceConfig::getter_beforeTheFirstLoad_isEmptyAndWarns()
     QVERIFY(config().description() == nullptr);
     QVERIFY(config().errorInfo().isEmpty());
     for (auto getter = getters().cbegin(); getter != getters().cend(); ++getter) {
-        expectWarning(QStringLiteral("^%1: no device description").arg(getter.key()));
+        expectWarning(kNothingLoaded);
         QCOMPARE(commandsOf(getter.key(), {}), QStringList());
     }
-    expectWarning(QStringLiteral("^%1: no device description").arg(kPortsGetter));
+    expectWarning(kNothingLoaded);
     QCOMPARE(commandsOf(kPortsGetter, {QStringLiteral("g0/0/1")}), QStringList());
 }
 
 void TestSwitchDeviceConfig::getter_beforeTheFirstSetting_namesTheValue()
 {
     QVERIFY(config().loadXmlConfig(fileOf(kHuawei)));
-    expectWarning(QStringLiteral("^getQuerierCommands: the VLAN id has not been set"));
+    expectWarning(QStringLiteral("^未设置VLAN号，未发送任何命令$"));
     QCOMPARE(config().getQuerierCommands(), QStringList());
-    expectWarning(QStringLiteral("^getDownVlanCommands: the VLAN id has not been set"));
+    expectWarning(QStringLiteral("^未设置VLAN号，未发送任何命令$"));
     QCOMPARE(config().getDownVlanCommands(), QStringList());
-    expectWarning(QStringLiteral("^getMirrorCommands: the mirroring status \"\" is none of enable, disable"));
+    expectWarning(QStringLiteral("^镜像状态 \"\" 不在 enable, disable 之中，未发送任何命令$"));
     QCOMPARE(config().getMirrorCommands(), QStringList());
     QCOMPARE(config().getMulticastForwardingTableCommands().value(1),
              QStringLiteral("display l2-multicast forwarding-table vlan 1"));
@@ -1220,7 +1227,7 @@ void TestSwitchDeviceConfig::value_hostileText_isRefused()
     setUsualValues(kHuawei);
     set(setter, value);
     // One printable line, and no longer for a long text.
-    expectWarning(QStringLiteral("\\A%1: the .{1,200}; nothing is sent\\z").arg(getter));
+    expectWarning(QStringLiteral("\\A.{1,200}，未发送任何命令\\z"));
     QCOMPARE(commandsOf(getter, {}), QStringList());
 }
 
@@ -1228,17 +1235,17 @@ void TestSwitchDeviceConfig::value_hostilePort_inTheList_refusesTheWholeList_dat
 {
     QTest::addColumn<QStringList>("ports");
     QTest::addColumn<QString>("reason");
-    QTest::newRow("none") << QStringList() << QStringLiteral("list of ports is empty");
-    QTest::newRow("empty port") << s({"g0/0/1", ""}) << QStringLiteral("list of ports has not been set");
+    QTest::newRow("none") << QStringList() << QStringLiteral("端口列表为空");
+    QTest::newRow("empty port") << s({"g0/0/1", ""}) << QStringLiteral("未设置端口列表");
     QTest::newRow("line end") << s({"g0/0/1", "g0/0/2\r\nreboot"})
                               << QStringLiteral("\"g0/0/2\\\\u000d\\\\u000areboot\"");
-    QTest::newRow("all") << s({"all"}) << QStringLiteral("\"all\" is not a port");
-    QTest::newRow("other family's port") << s({"t1/0/25"}) << QStringLiteral("\"t1/0/25\" is not a port");
-    QTest::newRow("port 0") << s({"0"}) << QStringLiteral("\"0\" is not a port");
+    QTest::newRow("all") << s({"all"}) << QStringLiteral("\"all\" 不是 Huawei switch 的端口");
+    QTest::newRow("other family's port") << s({"t1/0/25"}) << QStringLiteral("\"t1/0/25\" 不是 Huawei switch 的端口");
+    QTest::newRow("port 0") << s({"0"}) << QStringLiteral("\"0\" 不是 Huawei switch 的端口");
     QStringList many;
     for (int i = 0; i < 1000; ++i)
         many << QStringLiteral("g0/0/1");
-    QTest::newRow("too many") << many << QStringLiteral("holds more than 999");
+    QTest::newRow("too many") << many << QStringLiteral("端口列表超过 999 个");
 }
 
 void TestSwitchDeviceConfig::value_hostilePort_inTheList_refusesTheWholeList()
@@ -1247,7 +1254,7 @@ void TestSwitchDeviceConfig::value_hostilePort_inTheList_refusesTheWholeList()
     QFETCH(QString, reason);
     QVERIFY(config().loadXmlConfig(fileOf(kHuawei)));
     setUsualValues(kHuawei);
-    expectWarning(QStringLiteral("^getInterfaceCommandsForPorts: .*") + reason);
+    expectWarning(QStringLiteral("^.*") + reason + QStringLiteral(".*，未发送任何命令$"));
     QCOMPARE(config().getInterfaceCommandsForPorts(ports), QStringList());
 }
 
@@ -1291,9 +1298,37 @@ void TestSwitchDeviceConfig::value_outOfBounds_isRefused()
     QVERIFY(config().loadXmlConfig(fileOf(file)));
     setUsualValues(file);
     apply({setting});
-    expectWarning(
-        QStringLiteral("^%1: the .* (is not from|does not go upwards from) .*; nothing is sent$").arg(getter));
+    expectWarning(QStringLiteral("^.* (不在 .* 之间|不是 .* 之内的递增范围)，未发送任何命令$"));
     QCOMPARE(commandsOf(getter, {}), QStringList());
+}
+
+void TestSwitchDeviceConfig::value_refused_isToldInTheLanguageInForce_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("empty");
+    QTest::addColumn<QString>("range");
+    QTest::newRow("Chinese") << QStringLiteral("zh_CN") << QStringLiteral("端口列表为空，未发送任何命令")
+                             << QStringLiteral("PoE端口范围 5 到 3 不是 1 到 999 之内的递增范围，未发送任何命令");
+    QTest::newRow("English")
+        << QStringLiteral("en") << QStringLiteral("the list of ports is empty; nothing is sent")
+        << QStringLiteral("the PoE port range 5 to 3 does not go upwards from 1 to 999 at most; nothing is sent");
+}
+
+void TestSwitchDeviceConfig::value_refused_isToldInTheLanguageInForce()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, empty);
+    QFETCH(QString, range);
+    QVERIFY(config().loadXmlConfig(fileOf(kHuawei)));
+    setUsualValues(kHuawei);
+    apply({QStringLiteral("poe-range=5..3")});
+    lumen::trans::Translator *const translator = OVRA::BLL::TranslateManage::getInstance()->getTranslator();
+    QVERIFY(translator->switchLanguage(language));
+    expectWarning(QLatin1Char('^') + empty + QLatin1Char('$'));
+    QCOMPARE(config().getInterfaceCommandsForPorts({}), QStringList());
+    expectWarning(QLatin1Char('^') + range + QLatin1Char('$'));
+    QCOMPARE(commandsOf(QStringLiteral("getPOECommands"), {}), QStringList());
+    QVERIFY(translator->switchLanguage(QStringLiteral("zh_CN")));
 }
 
 void TestSwitchDeviceConfig::value_refused_isForgottenWithTheNextOne()
@@ -1301,7 +1336,7 @@ void TestSwitchDeviceConfig::value_refused_isForgottenWithTheNextOne()
     QVERIFY(config().loadXmlConfig(fileOf(kHuawei)));
     setUsualValues(kHuawei);
     config().setSourceportInfo(QStringLiteral("g0/0/2\nreboot"));
-    expectWarning(QStringLiteral("^getMirrorCommands: the mirrored port \"g0/0/2.u000areboot\" is not a port"));
+    expectWarning(QStringLiteral("^镜像源端口 \"g0/0/2.u000areboot\" 不是 Huawei switch 的端口，未发送任何命令$"));
     QCOMPARE(config().getMirrorCommands(), QStringList());
     QCOMPARE(config().getAutoNegCommands().size(), 4); // the other lists do not need it
     config().setSourceportInfo(QStringLiteral("g0/0/2"));

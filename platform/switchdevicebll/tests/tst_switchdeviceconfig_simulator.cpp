@@ -124,8 +124,8 @@ public:
     QStringList commandsOf(const QString &getter, const DeviceValues &values) const
     {
         const Expansion expansion = expand(_description->blocks.at(getter), *_description, values, portsOf(values));
-        if (!expansion.refusal.isEmpty())
-            qWarning("%s: %s", qPrintable(getter), qPrintable(expansion.refusal));
+        if (expansion.refusal)
+            qWarning("%s: %s is refused", qPrintable(getter), qPrintable(expansion.refusal->label));
         return expansion.commands;
     }
 
