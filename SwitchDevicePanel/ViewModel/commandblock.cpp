@@ -5,15 +5,19 @@
 namespace {
 
 constexpr char kPageKey[] = "space";
-constexpr char kLineEnd[] = "\r\n";
 
 } // namespace
+
+bool isPageKey(const QString &command)
+{
+    return command.contains(QLatin1String(kPageKey));
+}
 
 void appendCommands(QByteArray &block, const QStringList &commands, PageKeys pageKeys)
 {
     for (const QString &command : commands) {
         block += command.toUtf8();
-        if (pageKeys == PageKeys::AsLines || !command.contains(QLatin1String(kPageKey)))
+        if (pageKeys == PageKeys::AsLines || !isPageKey(command))
             block += kLineEnd;
     }
 }

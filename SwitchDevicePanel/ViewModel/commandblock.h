@@ -4,7 +4,12 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QStringList>
 
-//! Whether a command with the word "space" in it is the key that turns a pager's page, which takes no line end.
+inline constexpr char kLineEnd[] = "\r\n";
+
+//! Whether the command holds the word "space", which stands for the key that turns a pager's page.
+bool isPageKey(const QString &command);
+
+//! Whether a page key goes out without a line end.
 enum class PageKeys { AsLines, Bare };
 
 //! Appends the commands in their order, as UTF-8, each with CR LF behind it unless it is a bare page key.

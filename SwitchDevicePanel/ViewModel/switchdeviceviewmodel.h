@@ -423,6 +423,7 @@ private:
     // Replies
     void startParsing(const QByteArray &data);
     void startParsingHua3(const QByteArray &data);
+    void parseLater(const QByteArray &data, void (ReplyReader::*read)(), QList<QByteArray> &pendingReplies);
     void finishParsing(const ReplyOrigin &origin);
     void parseTransceiverInfo(const reply::ReplyText &text);
 

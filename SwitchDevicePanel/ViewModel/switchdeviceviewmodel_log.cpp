@@ -30,7 +30,8 @@ struct LogTargets
 
 LogTargets &logTargets()
 {
-    static LogTargets targets;
+    // Never destroyed: a host's static objects may log, or end a view model, after ours are gone.
+    static LogTargets &targets = *new LogTargets;
     return targets;
 }
 

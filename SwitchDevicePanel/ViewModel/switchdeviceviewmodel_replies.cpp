@@ -85,23 +85,27 @@ private:
 void SwitchDeviceViewModel::startParsing(const QByteArray &data)
 {
     pendingHuaweiReplies.append(data);
-    _d->receive.isParsing = true;
-    const auto parse = [this, data, origin = replyOrigin()] {
-        ReplyReader(this, data, isReplyInForce(origin)).readHuawei();
-        pendingHuaweiReplies.clear();
-        finishParsing(origin);
-    };
-    QMetaObject::invokeMethod(this, parse, Qt::QueuedConnection);
+    parseLater(data, &ReplyReader::readHuawei, pendingHuaweiReplies);
 }
 
 void SwitchDeviceViewModel::startParsingHua3(const QByteArray &data)
 {
     pendingHua3Replies.append(data);
+    parseLater(data, &ReplyReader::readHua3, pendingHua3Replies);
+}
+
+void SwitchDeviceViewModel::parseLater(const QByteArray &data, void (ReplyReader::*read)(),
+                                       QList<QByteArray> &pendingReplies)
+{
     _d->receive.isParsing = true;
-    const auto parse = [this, data, origin = replyOrigin()] {
-        ReplyReader(this, data, isReplyInForce(origin)).readHua3();
-        pendingHua3Replies.clear();
-        finishParsing(origin);
+    const auto parse = [this, data, read, &pendingReplies, origin = replyOrigin()] {
+        const int session = currentSession();
+        const bool isInForce = isReplyInForce(origin);
+        ReplyReader reader(this, data, isInForce);
+        (reader.*read)();
+        pendingReplies.clear();
+        // A reply that has itself ended the session (a failed login does) completes what it has sent since.
+        finishParsing(isInForce && session != currentSession() ? replyOrigin() : origin);
     };
     QMetaObject::invokeMethod(this, parse, Qt::QueuedConnection);
 }
@@ -254,12 +258,16 @@ void SwitchDeviceViewModel::ReplyReader::takeUpSpan(const reply::PortSpan &span)
 // Which ports are copper, and the board type, stand in the listing of the slot.
 void SwitchDeviceViewModel::ReplyReader::queryOpticalPorts()
 {
-    QStringList commands = ovra::bll::SwitchDeviceConfig::getInstance()->getInterfaceSpeedCommands();
-    for (QString &command : commands) {
-        if (command.contains(QLatin1String("display device slot")))
-            command = QStringLiteral("display device slot %1").arg(_d.inventory.slotNumber);
+    const QString slotListing = QStringLiteral("display device slot");
+    QByteArray block;
+    const QStringList commands = ovra::bll::SwitchDeviceConfig::getInstance()->getInterfaceSpeedCommands();
+    for (const QString &command : commands) {
+        const bool isOfSlot = command.contains(slotListing);
+        block += isOfSlot ? slotListing.toUtf8() + ' ' + QByteArray::number(_d.inventory.slotNumber) : command.toUtf8();
+        if (!isPageKey(command))
+            block += kLineEnd;
     }
-    _viewModel->enqueueCommand(tr(reply::kOpticalPortsLabel), commandBlock(commands, PageKeys::Bare));
+    _viewModel->enqueueCommand(tr(reply::kOpticalPortsLabel), block);
 }
 
 void SwitchDeviceViewModel::ReplyReader::takeEffects(const reply::Effects &effects)

@@ -98,6 +98,7 @@ private slots:
     void disconnect_completionFromBefore_withoutANewBlock_runs();
     void disconnect_replyFromBefore_completesWhatItCaused();
     void disconnect_replyFromBefore_leavesTheNextConnectionAlone();
+    void disconnect_byTheReplyItself_completesWhatItSentSince();
     void disconnect_listeningOn_isNotListenedToTwice();
 
     // Received chunks that nobody reads
@@ -556,6 +557,20 @@ void TestSwitchDeviceViewModelQueue::disconnect_replyFromBefore_leavesTheNextCon
     QTest::qWait(300);
     QCOMPARE(_log->lines(QStringLiteral("info")), QStringList());
     QVERIFY(scene->isWaitingResponse());
+}
+
+// A refused login in the output of a configuration listing: it disconnects, and then asks for the listing's next page.
+void TestSwitchDeviceViewModelQueue::disconnect_byTheReplyItself_completesWhatItSentSince()
+{
+    QueueScene scene;
+    scene.enqueue(VM::NeedUsername);
+    scene.clear();
+    platform().feed("display current-configuration\r\nInvalid password\r\n");
+    QTRY_COMPARE(scene.sent(), QList<QByteArray>{kMore});
+    _log->clear();
+    QTRY_COMPARE(_log->lines(QStringLiteral("info")), QStringList{ended("--more--")});
+    QVERIFY(!scene->isWaitingResponse());
+    QVERIFY(scene->isQueueIdle());
 }
 
 void TestSwitchDeviceViewModelQueue::disconnect_listeningOn_isNotListenedToTwice()

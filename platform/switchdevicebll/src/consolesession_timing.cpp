@@ -57,8 +57,9 @@ void ConsoleSession::judgeLine()
     _ending = {};
     if (_isFlooded)
         return;
-    // An answer need not be echoed, not even its Enter: what follows it then stands on the question's line.
-    const bool isBehindAnswer = _exchange.answers > 0 && !_exchange.hasLineEnd;
+    // What was typed need not be echoed, not even its Enter: what follows it then stands on the line of the prompt or
+    // question before.
+    const bool isBehindAnswer = !_exchange.hasLineEnd && (_exchange.answers > 0 || _exchange.hasInk);
     const QByteArray line = isBehindAnswer ? _screen.segmentFrom(_exchange.askedAt) : _screen.line();
     const LineEnding ending = endingOf(facts(), line, _name);
     // What a switch that boots asks is none of our business.
@@ -79,7 +80,7 @@ bool ConsoleSession::isAnswered(LineEnding::Kind kind) const
         return true;
     case LineEnding::Kind::Prompt:
     case LineEnding::Kind::Question:
-        return _exchange.hasLineEnd || _exchange.answers > 0;
+        return _exchange.hasLineEnd || _exchange.answers > 0 || _exchange.hasInk;
     case LineEnding::Kind::UserName:
     case LineEnding::Kind::Password:
         return _exchange.hasLineEnd || _exchange.hasInk;

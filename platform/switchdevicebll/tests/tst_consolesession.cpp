@@ -34,6 +34,8 @@ private slots:
     void reply_promptOfAnotherView_data();
     void reply_promptOfAnotherView();
     void reply_ownPrompt_isNoAnswer();
+    void reply_withoutEchoAndLineEnd_endsAtThePrompt_data();
+    void reply_withoutEchoAndLineEnd_endsAtThePrompt();
     void rules_seeOnlyWhatFollowsTheEcho();
     void rules_ofOneCommand_leaveTheOthers();
     void rules_thatFire_areLogged();
@@ -327,6 +329,36 @@ void TestConsoleSession::reply_ownPrompt_isNoAnswer()
     bench.feed("lay vlan\r\n<NAME>");
     bench.pass(milliseconds(30));
     QCOMPARE(bench.replies, QByteArrayList({"display vlan\r\n<NAME>"}));
+}
+
+// A console that echoes nothing: the prompt behind a command that prints nothing is the whole answer.
+void TestConsoleSession::reply_withoutEchoAndLineEnd_endsAtThePrompt_data()
+{
+    QTest::addColumn<QByteArray>("block");
+    QTest::addColumn<QByteArrayList>("answers");
+    QTest::newRow("a line") << QByteArray("screen-length 0 temporary\r\n") << QByteArrayList{"<NAME>"};
+    QTest::newRow("Enter") << QByteArray("\r\n") << QByteArrayList{"<NAME>"};
+    QTest::newRow("two lines") << QByteArray("system-view\r\nreturn\r\n") << QByteArrayList{"[NAME]", "<NAME>"};
+    QTest::newRow("a listing behind it") << QByteArray("screen-length 0 temporary\r\ndisplay vlan\r\n")
+                                         << QByteArrayList{"<NAME>", "VID  Type\r\n<NAME>"};
+    QTest::newRow("a question of its own") << QByteArray("reboot\r\n") << QByteArrayList{"Continue? [Y/N]:", "<NAME>"};
+}
+
+void TestConsoleSession::reply_withoutEchoAndLineEnd_endsAtThePrompt()
+{
+    QFETCH(QByteArray, block);
+    QFETCH(QByteArrayList, answers);
+    SessionBench bench;
+    bench.logIn();
+    bench.submit(block);
+    for (const QByteArray &answer : qAsConst(answers)) {
+        QVERIFY(!bench.takeSent().isEmpty());
+        QCOMPARE(bench.replies, QByteArrayList());
+        bench.feed(answer);
+        bench.pass(milliseconds(310));
+    }
+    QCOMPARE(bench.replies, QByteArrayList{answers.join()});
+    QCOMPARE(bench.takeSent(), QByteArray());
 }
 
 void TestConsoleSession::rules_seeOnlyWhatFollowsTheEcho()

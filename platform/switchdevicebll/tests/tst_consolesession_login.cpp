@@ -26,6 +26,7 @@ private slots:
     void command_atALoginPromptThatNobodyHasShown_isNotTyped();
     void question_standingBeforeTheLogin_isAnsweredNo();
     void dialogue_eachPrompt_endsAReply();
+    void dialogue_withoutEchoAndLineEnd();
     void firstPrompt_isTheEnd_andTeachesTheName();
     void firstPrompt_isALookAlike();
     void logLines_areDropped_data();
@@ -76,6 +77,24 @@ void TestConsoleSessionLogin::dialogue_eachPrompt_endsAReply()
     QCOMPARE(bench.replies.size(), 3);
     QVERIFY(bench.session.isLoggedIn());
     QCOMPARE(bench.warnings, QStringList());
+}
+
+void TestConsoleSessionLogin::dialogue_withoutEchoAndLineEnd()
+{
+    SessionBench bench(shippedDescription(kHuawei));
+    bench.submit("\r\n");
+    bench.feed("Username:");
+    bench.pass(milliseconds(30));
+    bench.submit("admin\r\n");
+    bench.feed("Password:");
+    bench.pass(milliseconds(30));
+    bench.submit("secret\r\n");
+    bench.feed("<NAME>");
+    bench.pass(milliseconds(310));
+    QCOMPARE(bench.replies, QByteArrayList({"Username:", "Password:", "<NAME>"}));
+    QCOMPARE(bench.takeSent(), QByteArray("\r\nadmin\r\nsecret\r\n"));
+    QVERIFY(bench.session.isLoggedIn());
+    QCOMPARE(bench.session.name(), QByteArray("NAME"));
 }
 
 void TestConsoleSessionLogin::firstPrompt_isTheEnd_andTeachesTheName()
