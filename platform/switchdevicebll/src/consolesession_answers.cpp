@@ -217,10 +217,12 @@ bool ConsoleSession::isUseless(const BlockItem &item, bool isAtPrompt)
 void ConsoleSession::type(const BlockItem &item)
 {
     // Before the first prompt too: what should answer a password prompt may meet another one.
-    const bool isSecret = !_isLoggedIn || endingOf(facts(), _screen.line(), _name).kind == LineEnding::Kind::Password;
+    const LineEnding standing = endingOf(facts(), _screen.line(), _name);
+    const bool isSecret = !_isLoggedIn || standing.kind == LineEnding::Kind::Password;
     _screen.answerPager();
     beginExchange(item.text);
     _exchange.isSecret = isSecret;
+    _exchange.isConfiguring = standing.kind == LineEnding::Kind::Prompt && !standing.isUserView;
     _exchange.isPaging = item.kind == BlockItem::Kind::Paging;
     _state = State::Answering;
     debug(QStringLiteral("typed: ") + shownLine());

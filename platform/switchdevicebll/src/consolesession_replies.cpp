@@ -19,7 +19,9 @@ QByteArray ConsoleSession::commandReply()
     const QByteArray text = _screen.segment();
     const QByteArray answer = text.mid(_exchange.echoEnd);
     const bool isCommandLine = !_exchange.line.trimmed().isEmpty();
-    if (const auto refusal = isCommandLine ? refusalIn(facts(), _exchange.line, answer) : std::nullopt) {
+    if (const auto refusal =
+            isCommandLine ? refusalIn(facts(), _exchange.line, answer, _exchange.isConfiguring) : std::nullopt)
+    {
         _block.isRefused = true;
         _block.isStuck = _block.isStuck || _exchange.line.trimmed() == "return";
         warn(QStringLiteral("交换机拒绝了命令 %1：%2"), {shownLine(), QString::fromUtf8(*refusal)});

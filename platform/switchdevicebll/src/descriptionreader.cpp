@@ -360,6 +360,8 @@ void Reader::errors()
     attributes({});
     SessionFacts &facts = _description->session;
     children({{"error", [this, &facts] { facts.errorTexts << textOfLeaf(); }},
+              {"free-text", [this, &facts] { facts.freeTextExceptions << commandOfLeaf(); }},
+              {"notice", [this, &facts] { facts.noticeTexts << textOfLeaf(); }},
               {"expected", [this, &facts] { facts.expectedRefusals << commandOfLeaf(); }}});
 }
 

@@ -26,6 +26,18 @@ bool isOneOf(const QByteArrayList &commands, const QByteArray &line)
                        [&line](const QByteArray &command) { return isCommand(line, command); });
 }
 
+bool isLetter(char byte)
+{
+    return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+}
+
+bool beginsWithOne(const QByteArray &text, int begin, int end, const QByteArrayList &beginnings)
+{
+    return std::any_of(beginnings.begin(), beginnings.end(), [&text, begin, end](const QByteArray &beginning) {
+        return end - begin >= beginning.size() && std::equal(beginning.begin(), beginning.end(), text.begin() + begin);
+    });
+}
+
 } // namespace
 
 PortRange DeviceDescription::limitOf(const QString &valueName) const
@@ -90,20 +102,24 @@ std::chrono::seconds silenceLimit(const SessionFacts &facts, const QByteArray &l
     return kUsualSilence;
 }
 
-std::optional<QByteArray> refusalIn(const SessionFacts &facts, const QByteArray &line, const QByteArray &reply)
+std::optional<QByteArray> refusalIn(const SessionFacts &facts, const QByteArray &line, const QByteArray &reply,
+                                    bool isConfiguring)
 {
     if (isOneOf(facts.expectedRefusals, line))
         return std::nullopt;
+    const bool isFreeText =
+        isConfiguring && !facts.freeTextExceptions.isEmpty() && !isOneOf(facts.freeTextExceptions, line);
     int begin = 0;
     while (begin < reply.size()) {
         const int newline = reply.indexOf('\n', begin);
         const int end = newline < 0 ? reply.size() : newline;
-        while (begin < end && reply.at(begin) == ' ')
-            ++begin;
-        for (const QByteArray &error : facts.errorTexts) {
-            if (end - begin >= error.size() && std::equal(error.begin(), error.end(), reply.begin() + begin))
-                return reply.mid(begin, end - begin).trimmed();
-        }
+        int text = begin;
+        while (text < end && reply.at(text) == ' ')
+            ++text;
+        const bool isSetOff = isFreeText && text == begin + 1 && text < end && isLetter(reply.at(text))
+                              && !beginsWithOne(reply, text, end, facts.noticeTexts);
+        if (isSetOff || beginsWithOne(reply, text, end, facts.errorTexts))
+            return reply.mid(text, end - text).trimmed();
         begin = end + 1;
     }
     return std::nullopt;

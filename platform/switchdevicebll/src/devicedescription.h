@@ -59,8 +59,12 @@ struct SessionFacts
     QByteArrayList interruptTexts;   // a notice that goes on until Ctrl+C, then Enter
     QByteArrayList pagerTexts;       // without the blanks before them
     std::vector<PagerErasure> pagerErasures;
-    QByteArrayList expectedRefusals;      // commands that clear what may not be there: their refusal means nothing
-    QByteArrayList errorTexts;            // beginnings of a line by which the switch refuses a command
+    QByteArrayList expectedRefusals; // commands that clear what may not be there: their refusal means nothing
+    QByteArrayList errorTexts;       // beginnings of a line by which the switch refuses a command
+    // With any: in the views of the configuration each line behind one blank is a refusal, but not that of these
+    // commands.
+    QByteArrayList freeTextExceptions;
+    QByteArrayList noticeTexts;           // beginnings of such lines that are none
     QByteArrayList questionEndings;       // ends of the last, unterminated line
     std::vector<KnownQuestion> questions; // the first one that fits counts
     std::vector<SlowCommand> slowCommands;
@@ -97,8 +101,10 @@ std::optional<QByteArray> answerTo(const SessionFacts &facts, const QByteArray &
 std::chrono::seconds silenceLimit(const SessionFacts &facts, const QByteArray &line);
 
 /// The line of `reply` by which the switch has refused `line`, without blanks around it. Nothing when it has not, or
-/// when the refusal of this command means nothing. `reply` is what follows the echo.
-std::optional<QByteArray> refusalIn(const SessionFacts &facts, const QByteArray &line, const QByteArray &reply);
+/// when the refusal of this command means nothing. `reply` is what follows the echo, `isConfiguring` whether the line
+/// was typed in another view than the user view.
+std::optional<QByteArray> refusalIn(const SessionFacts &facts, const QByteArray &line, const QByteArray &reply,
+                                    bool isConfiguring);
 
 /// Whether this line restarts the switch.
 bool isRestart(const SessionFacts &facts, const QByteArray &line);

@@ -52,12 +52,13 @@ struct Exchange
     using Time = std::chrono::steady_clock::time_point;
 
     QByteArray line;
-    bool isSecret = false;  // answers a password prompt
-    bool isOwn = false;     // the session's, not the block's
-    bool isLogin = false;   // typed before the first prompt
-    bool isPaging = false;  // the caller turns the pages
-    bool isRestart = false; // restarts the switch
-    bool asks = false;      // the description expects questions
+    bool isSecret = false;      // answers a password prompt
+    bool isOwn = false;         // the session's, not the block's
+    bool isLogin = false;       // typed before the first prompt
+    bool isPaging = false;      // the caller turns the pages
+    bool isConfiguring = false; // typed in another view than the user view
+    bool isRestart = false;     // restarts the switch
+    bool asks = false;          // the description expects questions
     std::chrono::milliseconds silenceLimit{0};
 
     EchoWatch echo;

@@ -652,10 +652,12 @@ void TestDeviceDescriptions::refusalIn_reply_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<bool>("isConfiguring");
     QTest::addColumn<QByteArray>("refusal"); // empty: none
-    const auto add = [](const QString &file, const char *line, const char *reply, const char *refusal) {
+    const auto add = [](const QString &file, const char *line, const char *reply, const char *refusal,
+                        bool isConfiguring = true) {
         QTest::addRow("%s %s %s", qPrintable(file), line, QByteArray(reply).simplified().constData())
-            << file << QByteArray(line) << QByteArray(reply) << QByteArray(refusal);
+            << file << QByteArray(line) << QByteArray(reply) << isConfiguring << QByteArray(refusal);
     };
     add(kHuawei, "dos ver", "  ^\r\nError: Unrecognized command found at '^' position.\r\n<NAME>",
         "Error: Unrecognized command found at '^' position.");
@@ -674,7 +676,16 @@ void TestDeviceDescriptions::refusalIn_reply_data()
     add(kHuawei, "port default vlan 20", "Error: Not an access port.\r\n[NAME]", "Error: Not an access port.");
     add(kHua3, "x", "  ^\r\n % Unrecognized command found at '^' position.\r\n<NAME>",
         "% Unrecognized command found at '^' position.");
-    add(kHua3, "x", " Permission denied.\r\n<NAME>", "Permission denied.");
+    add(kHua3, "x", " Permission denied.\r\n<NAME>", "Permission denied.", false);
+    add(kHua3, "port access vlan 7", "\r\n The VLAN does not exist.\r\n[NAME-GigabitEthernet1/0/1]",
+        "The VLAN does not exist.");
+    add(kHua3, "x", " The VLAN does not exist.\r\n<NAME>", "", false); // of the user view
+    add(kHua3, "x", "The VLAN does not exist.\r\n[NAME]", "");
+    add(kHua3, "x", "  The VLAN does not exist.\r\n[NAME]", "");
+    add(kHua3, "x", " #\r\n [NAME]\r\n \r\n 1 port\r\n ", "");
+    add(kHua3, "vlan 2 to 30", " Please wait... Done.\r\n[NAME]", "");
+    add(kHua3, "display vlan 7", " VLAN ID: 7\r\n The VLAN does not exist.\r\n[NAME]", "");
+    add(kHuawei, "x", " The VLAN does not exist.\r\n[NAME]", "");
     add(kHua3, "x", "%Nov 20 10:11:12:345 2026 NAME IFNET/3/PHY_UPDOWN: up.\r\n100% of it\r\n<NAME>", "");
 }
 
@@ -683,8 +694,9 @@ void TestDeviceDescriptions::refusalIn_reply()
     QFETCH(QString, file);
     QFETCH(QByteArray, line);
     QFETCH(QByteArray, reply);
+    QFETCH(bool, isConfiguring);
     QFETCH(QByteArray, refusal);
-    QCOMPARE(refusalIn(shipped(file)->session, line, reply).value_or(QByteArray()), refusal);
+    QCOMPARE(refusalIn(shipped(file)->session, line, reply, isConfiguring).value_or(QByteArray()), refusal);
 }
 
 void TestDeviceDescriptions::session_texts_fitRecordedLines_data()

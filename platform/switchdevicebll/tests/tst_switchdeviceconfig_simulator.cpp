@@ -170,9 +170,10 @@ public:
 private:
     void exchange(const QByteArray &line)
     {
+        _isConfiguring = openLine().startsWith('[');
         take(line, _terminal.exchange(line + "\r\n"));
         for (int i = 0; i < 1000; ++i) {
-            const QByteArray open = _last.mid(_last.lastIndexOf('\n') + 1);
+            const QByteArray open = openLine();
             if (endsWithOne(open, _description->session.pagerTexts))
                 take(line, _terminal.exchange(" "));
             else if (endsWithOne(open, _description->session.questionEndings))
@@ -181,6 +182,8 @@ private:
                 break;
         }
     }
+
+    QByteArray openLine() const { return _last.mid(_last.lastIndexOf('\n') + 1); }
 
     static bool endsWithOne(const QByteArray &text, const QByteArrayList &ends)
     {
@@ -191,7 +194,7 @@ private:
     {
         _last = reply;
         _all += reply;
-        const std::optional<QByteArray> refusal = refusalIn(_description->session, line, reply);
+        const std::optional<QByteArray> refusal = refusalIn(_description->session, line, reply, _isConfiguring);
         if (!refusal)
             return;
         _refusals << QString::fromUtf8(line + " -> " + *refusal);
@@ -203,6 +206,7 @@ private:
     QByteArray _last;
     QByteArray _all;
     QByteArray _ruled;
+    bool _isConfiguring = false;
     QStringList _refusals;
     bool _isRefused = false;
 };
