@@ -71,7 +71,7 @@ bool SwitchDeviceViewModel::FeatureSender::sendEnabled()
 {
     struct Feature
     {
-        bool isEnabled;
+        const bool &isEnabled; // looked at when its turn comes: who hears of an earlier one may change it
         void (FeatureSender::*send)();
     };
     const Feature features[] = {

@@ -9,6 +9,8 @@
 namespace {
 
 constexpr Text kNotTaken{"--%1 %2 is not taken", "--%1 %2 无效"};
+constexpr Text kLowered{"--%1 ends at port %2, the last copper port of the switch",
+                        "--%1 止于端口 %2，即交换机的最后一个电口"};
 
 const SwitchCommand &applyCommand()
 {
@@ -22,8 +24,7 @@ const SwitchCommand &applyCommand()
          kSwitchStatuses},
         [] {
             std::vector<Option> options = featureOptions();
-            options.push_back(
-                kDryRunJson);
+            options.push_back(kDryRunJson);
             return options;
         }(),
         std::chrono::seconds(600),
@@ -202,6 +203,13 @@ QString FeatureSetter::set(const FeatureRequest &request)
     return _error;
 }
 
+// What is sent ends at the last copper port, whatever was asked for.
+void tellLowered(const char *option, const std::optional<NumberRange> &asked, int taken, Language language)
+{
+    if (asked && taken < asked->last)
+        printError(inLanguage(kLowered, language, {QLatin1String(option), QString::number(taken)}));
+}
+
 } // namespace
 
 ExitStatus runApply(const QStringList &words, Language language)
@@ -213,9 +221,15 @@ ExitStatus runApply(const QStringList &words, Language language)
     if (!request.error.isEmpty())
         return refuseUsage(applyCommand(), request.error, line.connection.language);
     const SwitchAction apply = [&request, &line](SwitchDeviceViewModel &viewModel) {
-        QString error = FeatureSetter(viewModel, line.connection.language).set(request);
-        if (error.isEmpty())
-            viewModel.sendSwitchDeviceCmd();
+        const Language told = line.connection.language;
+        const QString error = FeatureSetter(viewModel, told).set(request);
+        if (!error.isEmpty())
+            return error;
+        viewModel.sendSwitchDeviceCmd();
+        if (request.vlan)
+            tellLowered("ports", request.vlan->ports, viewModel.downPortMax(), told);
+        if (request.group)
+            tellLowered("group-ports", request.group->ports, viewModel.linkDownPortMax(), told);
         return error;
     };
     if (line.arguments.has("dry-run"))

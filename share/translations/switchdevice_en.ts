@@ -69,7 +69,7 @@
     </message>
     <message>
         <source>vlan</source>
-        <translation>VLAN</translation>
+        <translation>vlan</translation>
     </message>
     <message>
         <source>端口状态监测</source>

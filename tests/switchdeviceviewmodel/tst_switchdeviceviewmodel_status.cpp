@@ -123,9 +123,11 @@ void TestSwitchDeviceViewModelStatus::query_unknownType_sendsNothing_data()
     QTest::newRow("with a blank") << QStringLiteral("zh_CN") << QStringLiteral("组播 ");
     QTest::newRow("other letters") << QStringLiteral("zh_CN") << QStringLiteral("VLAN");
     QTest::newRow("English while Chinese") << QStringLiteral("zh_CN") << QStringLiteral("Multicast");
-    for (const Query &query : kQueries)
-        QTest::newRow(qPrintable(QString::fromUtf8(query.type) + QLatin1String(" while English")))
-            << QStringLiteral("en") << QString::fromUtf8(query.type);
+    for (const Query &query : kQueries) {
+        const QString type = QString::fromUtf8(query.type);
+        if (type != QLatin1String("vlan")) // the same in every language
+            QTest::newRow(qPrintable(type + QLatin1String(" while English"))) << QStringLiteral("en") << type;
+    }
 }
 
 void TestSwitchDeviceViewModelStatus::query_unknownType_sendsNothing()

@@ -118,7 +118,7 @@ void TestDryRun::json_isExact_data()
                                 << "save force\r\n";
     QTest::newRow("clear") << QStringList{"clear"} << "Clear configuration"
                            << "reset saved-configuration\r\nreboot\r\n";
-    QTest::newRow("query") << QStringList{"query", "vlan"} << "VLAN"
+    QTest::newRow("query") << QStringList{"query", "vlan"} << "vlan"
                            << "screen-length 0 temporary\r\ndisplay vlan\r\nspace";
     QTest::newRow("query of a VLAN") << QStringList{"query", "multicast", "--multicast-vlan", "20"} << "Multicast"
                                      << "screen-length 0 temporary\r\ndisplay igmp-snooping configuration\r\ndisplay "
@@ -235,6 +235,7 @@ void TestDryRun::listing_withPortKinds_lowersTheRange()
     QCOMPARE(run.exitStatus, 0);
     QVERIFY2(blocksIn(run).first().bytes.contains(QStringLiteral("0/0/1 to GigabitEthernet 0/0/2\r\n")),
              qPrintable(run.output));
+    QCOMPARE(run.errors, QStringLiteral("switchpanel: --ports ends at port 2, the last copper port of the switch\n"));
 }
 
 void TestDryRun::listing_missing_isTold()
@@ -318,6 +319,10 @@ void TestDryRun::refusedValue_isToldAndNothingSent_data()
     QTest::newRow("uplinks of a group that are not there") << QStringList{"--group", "1", "--group-uplinks", "3-6"} << 2
                                                            << "switchpanel: --group-uplinks 6 is not taken\n";
     // Told by the device description; what the panel never sends is not sent here either.
+    QTest::newRow("port 0") << QStringList{"--autoneg", "off", "--autoneg-port", "g0/0/0"} << 1
+                            << "switchpanel: the switch did not take everything, see above\n";
+    QTest::newRow("slot 256") << QStringList{"--autoneg", "off", "--autoneg-port", "g256/0/1"} << 1
+                              << "switchpanel: the switch did not take everything, see above\n";
     QTest::newRow("a command in a port's place") << QStringList{"--shutdown-ports", "g0/0/1\r\nreboot"} << 1
                                                  << "switchpanel: the switch did not take everything, see above\n";
     QTest::newRow("no port") << QStringList{"--shutdown-ports", "everything"} << 1

@@ -71,6 +71,13 @@ private:
         return number >= range.min && number <= range.max;
     }
 
+    // "slot/subslot/port"
+    bool isPortNumber(const QString &text) const
+    {
+        return isWithin(text.section(QLatin1Char('/'), 0, 0).toInt(), QStringLiteral("slot"))
+               && isWithin(text.section(QLatin1Char('/'), 2, 2).toInt(), QStringLiteral("port"));
+    }
+
     const DeviceDescription &_description;
     DeviceValues _values;
     const QStringList &_ports;
@@ -288,7 +295,7 @@ std::optional<PortText> Expander::portText(const ValueSpec &value, const QString
             return PortText{*type, *path};
     } else if (split) {
         const std::optional<QString> type = _description.interfaces.fullType(split->type);
-        if (type)
+        if (type && isPortNumber(split->number))
             return PortText{*type, split->number};
     }
     return refuse(QStringLiteral("%1 %2 不是 %3 的端口"), value.label, {quoted(text), _description.name});

@@ -1241,6 +1241,8 @@ void TestSwitchDeviceConfig::value_hostilePort_inTheList_refusesTheWholeList_dat
                               << QStringLiteral("\"g0/0/2\\\\u000d\\\\u000areboot\"");
     QTest::newRow("all") << s({"all"}) << QStringLiteral("\"all\" 不是 Huawei switch 的端口");
     QTest::newRow("other family's port") << s({"t1/0/25"}) << QStringLiteral("\"t1/0/25\" 不是 Huawei switch 的端口");
+    QTest::newRow("port 0 of a slot") << s({"g0/0/0"}) << QStringLiteral("\"g0/0/0\" 不是 Huawei switch 的端口");
+    QTest::newRow("slot 256") << s({"g256/0/1"}) << QStringLiteral("\"g256/0/1\" 不是 Huawei switch 的端口");
     QTest::newRow("port 0") << s({"0"}) << QStringLiteral("\"0\" 不是 Huawei switch 的端口");
     QStringList many;
     for (int i = 0; i < 1000; ++i)
