@@ -17,14 +17,6 @@ std::atomic<bool> isInfoShown{true};
 std::mutex secretsLock; // guards secrets
 QStringList secrets;
 
-QString withoutSecrets(QString text)
-{
-    const std::lock_guard<std::mutex> guard(secretsLock);
-    for (const QString &secret : qAsConst(secrets))
-        text.replace(secret, QStringLiteral("****"));
-    return text;
-}
-
 // As debug messages write bytes.
 QString quoted(const QString &text)
 {
@@ -38,7 +30,7 @@ void writeMessage(QtMsgType type, const QMessageLogContext & /*context*/, const 
     const bool isWarning = type != QtDebugMsg && type != QtInfoMsg;
     if (type != QtInfoMsg || isInfoShown)
         console::write(console::Stream::Error,
-                       QStringLiteral("switchpanel: ") + withoutSecrets(message) + QLatin1Char('\n'));
+                       QStringLiteral("switchpanel: ") + LogOutput::withoutSecrets(message) + QLatin1Char('\n'));
     if (isWarning)
         ++warnings;
 }
@@ -63,6 +55,14 @@ void LogOutput::hide(const QString &secret)
     const std::lock_guard<std::mutex> guard(secretsLock);
     if (!secret.isEmpty())
         secrets << secret << quoted(secret);
+}
+
+QString LogOutput::withoutSecrets(QString text)
+{
+    const std::lock_guard<std::mutex> guard(secretsLock);
+    for (const QString &secret : qAsConst(secrets))
+        text.replace(secret, QStringLiteral("****"));
+    return text;
 }
 
 int LogOutput::warningCount()

@@ -105,6 +105,11 @@ void SwitchSession::onToast(const QString &text)
 
 void SwitchSession::onParseState(SwitchDeviceViewModel::ParseState state)
 {
+    // The detailed log has every line that is sent, the answers to these prompts too.
+    const bool isAsked = state == SwitchDeviceViewModel::NeedUsername || state == SwitchDeviceViewModel::NeedPassword
+                         || state == SwitchDeviceViewModel::NeedConfirmPassword;
+    if (isAsked)
+        _viewModel->setLogMore(false);
     switch (state) {
     case SwitchDeviceViewModel::NeedUsername:
         _missing = _viewModel->userText().isEmpty() ? Missing::UserName : Missing::Nothing;
@@ -114,7 +119,6 @@ void SwitchSession::onParseState(SwitchDeviceViewModel::ParseState state)
         break;
     case SwitchDeviceViewModel::LoginSuccess:
         _isLoggedIn = true;
-        // Not earlier: the detailed log has every line that is sent, too.
         _viewModel->setLogMore(_request.isLogShown && _request.isVerbose);
         break;
     case SwitchDeviceViewModel::LoginFailed:
@@ -145,7 +149,7 @@ void SwitchSession::takeLogLine(const QString &line)
     if (isToldElsewhere)
         return;
     if (_request.isLogShown)
-        console::write(console::Stream::Error, printable(line) + QLatin1Char('\n'));
+        console::write(console::Stream::Error, printable(LogOutput::withoutSecrets(line)) + QLatin1Char('\n'));
     for (const char *note : kQueueNotes) {
         if (parts.text.endsWith(translated(note)))
             return;

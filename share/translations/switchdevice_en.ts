@@ -264,6 +264,10 @@
         <translation>the reply to the command %1 is longer than 16 MiB, the rest was dropped</translation>
     </message>
     <message>
+        <source>交换机要求设置新密码，请先用终端程序设置，再重新连接</source>
+        <translation>the switch wants a new password: set one with a terminal program, then connect again</translation>
+    </message>
+    <message>
         <source>交换机没有应答，请检查连接线和波特率</source>
         <translation>the switch does not answer, check the cable and the baud rate</translation>
     </message>

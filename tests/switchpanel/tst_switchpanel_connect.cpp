@@ -43,6 +43,7 @@ private slots:
     void log_isShownWhereAskedFor();
     void passwordNeverShows_data();
     void passwordNeverShows();
+    void passwordNeverShows_afterALogOutInTheMiddle();
     void passwordFile_isUsed_data();
     void passwordFile_isUsed();
     void badPasswordFile_isToldBeforeAnythingElse_data();
@@ -236,6 +237,18 @@ void TestConnect::passwordNeverShows()
         QVERIFY(run.errors.contains(QStringLiteral("Info")));
     QVERIFY2(!run.errors.contains(password.left(kTold)), qPrintable(run.errors));
     QVERIFY(!run.output.contains(password.left(kTold)));
+}
+
+void TestConnect::passwordNeverShows_afterALogOutInTheMiddle()
+{
+    const ProgramRun run =
+        runSwitchpanel(QStringList{"query", "ip-conflict", "--port", "sim:huawei", "--password-file",
+                                   write("Sesame-Open-17"), "--log", "--verbose"}
+                       + simulator("--switch-password Sesame-Open-17 --fault logout:command=system-view,times=1"));
+    // There was a second login.
+    QCOMPARE(run.errors.count(QRegularExpression(QStringLiteral("\\] \\[Info\\] password_cmd finished"))), 2);
+    QVERIFY2(!run.errors.contains(QStringLiteral("Sesame")), qPrintable(run.errors));
+    QVERIFY2(!run.output.contains(QStringLiteral("Sesame")), qPrintable(run.output));
 }
 
 void TestConnect::passwordFile_isUsed_data()

@@ -58,6 +58,19 @@ void ConsoleScreen::beginSegment()
     _segment = _text.size();
 }
 
+void ConsoleScreen::reopenLine(int kept)
+{
+    _line = _completed;
+    cutBack(_completed + kept);
+}
+
+void ConsoleScreen::cutCompletedLine(int size)
+{
+    _text.remove(_completed, size);
+    _line -= size;
+    _segment = std::min(_segment, _line);
+}
+
 void ConsoleScreen::answerPager()
 {
     const int begin = _facts == nullptr ? -1 : pagerAtEnd(*_facts, _text, _line);

@@ -42,6 +42,13 @@ public:
     /// The line that was completed last, with its end.
     QByteArray completedLine() const { return _text.mid(_completed, _line - _completed); }
 
+    /// Whether that line has begun since beginSegment().
+    bool isCompletedLineNew() const { return _completed >= _segment; }
+    /// Takes that line away but for its beginning, which stands there without an end again.
+    void reopenLine(int kept);
+    /// Takes the beginning of that line away.
+    void cutCompletedLine(int size);
+
     /// A key is about to be sent to the pager at the end of the line: takes its text away, and the sequence that erases
     /// it, should one come.
     void answerPager();

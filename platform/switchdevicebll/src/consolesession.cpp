@@ -2,10 +2,17 @@
 
 #include "generaldescription.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ovra {
 namespace bll {
+
+namespace {
+
+constexpr int kLongestStanding = 160; // two lines of a screen
+
+} // namespace
 
 ConsoleSession::ConsoleSession(DescriptionSource source)
     : _source(std::move(source))
@@ -46,6 +53,7 @@ void ConsoleSession::disconnected()
     _block = {};
     _notice = Notice::None;
     _logLines = {};
+    _reopened = 0;
     _screen.clear();
 }
 
@@ -62,6 +70,8 @@ SessionActions ConsoleSession::receive(const QByteArray &bytes, Time now)
     _now = now;
     if (bytes.isEmpty())
         return {};
+    if (_exchange.isRestart && !_exchange.bootBegin && now >= _lastActivity + kLongQuiet)
+        _exchange.bootBegin = _screen.segmentSize();
     for (const char byte : bytes)
         takeByte(byte);
     _lastByte = _lastActivity = now;
@@ -168,7 +178,16 @@ void ConsoleSession::lineCompleted()
 {
     const QByteArray line = _screen.completedLine();
     _exchange.hasLineEnd = true;
-    _endsInLog = _logLines.isLogLine(line, facts().failureTexts);
+    const int standing = standingIn(line);
+    _endsInLog = _logLines.isLogLine(line, facts().failureTexts, standing);
+    const int reopened = std::exchange(_reopened, 0);
+    if (_endsInLog && standing > 0) {
+        _reopened = standing;
+        _screen.reopenLine(standing);
+        return;
+    }
+    if (reopened > 0 && _screen.isCompletedLineNew()) // nothing waits there any more: the text goes on behind the log
+        _screen.cutCompletedLine(reopened);
     if (_exchange.echoEnd == 0 && _exchange.echo.isComplete() && !_endsInLog)
         _exchange.echoEnd = _screen.segmentSize();
     if (_endsInLog || !hasText(line))
@@ -183,6 +202,24 @@ void ConsoleSession::lineCompleted()
     const bool isTyped = _state == State::Answering && _exchange.isLogin && !_exchange.line.isEmpty();
     if (isTyped && _exchange.failureEnd == 0 && containsOne(facts().failureTexts, line))
         _exchange.failureEnd = _screen.segmentSize();
+}
+
+// The length of the login prompt at the line's beginning that a log line was written behind: the switch still waits for
+// the name or the password. Not after the login, where log lines stay in the reply, and not where Enter has been typed.
+int ConsoleSession::standingIn(const QByteArray &line) const
+{
+    if (_isLoggedIn || (_state != State::Idle && !_screen.isCompletedLineNew()))
+        return 0;
+    if (_reopened > 0)
+        return _reopened;
+    const int last = std::min(line.size(), kLongestStanding);
+    for (int at = 1; at < last; ++at) {
+        if (!beginsLogLine(line, at))
+            continue;
+        const LineEnding::Kind kind = endingOf(facts(), line.left(at), _name).kind;
+        return kind == LineEnding::Kind::UserName || kind == LineEnding::Kind::Password ? at : 0;
+    }
+    return 0;
 }
 
 ConsoleSession::Notice ConsoleSession::noticeIn(const QByteArray &line) const

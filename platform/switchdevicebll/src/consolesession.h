@@ -92,6 +92,7 @@ private:
     void startBeforeLogin();
     void takeByte(char byte);
     void lineCompleted();
+    int standingIn(const QByteArray &line) const;
     Notice noticeIn(const QByteArray &line) const;
     void takeUnsolicited(const QByteArray &bytes);
     SessionActions takeActions();
@@ -129,7 +130,8 @@ private:
 
     // consolesession_replies.cpp: what becomes of what the switch has written
     void closeSegment();
-    QByteArray commandReply();
+    void closeRestart();
+    QByteArray commandReply(const QByteArray &text);
     QByteArray loginReply(const QByteArray &text);
     void closeAndFinish();
     void finish();
@@ -143,6 +145,8 @@ private:
     void warn(const QString &text, const QStringList &values = {});
 
     static constexpr int kLargestReply = 16 * 1024 * 1024;
+    // What looks like a prompt also stands inside listings, which go on sooner than this.
+    static constexpr Milliseconds kLongQuiet{300};
     static constexpr int kMostNudges = 10; // a line that cannot be brought to a prompt
 
     const SessionFacts &facts() const { return _description->session; }
@@ -172,6 +176,7 @@ private:
     bool _isJudged = false;  // _ending is that of the present line
     bool _endsInLog = false; // the line that was completed last is a log line
     LogLineFinder _logLines;
+    int _reopened = 0; // length of the login prompt that stands there again, since a log line behind it was taken away
     Notice _notice = Notice::None; // of the last line that says something
     LineEnding _ending;            // of the unterminated line, while the session is busy
     Time _lastByte;

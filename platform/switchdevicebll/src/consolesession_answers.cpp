@@ -42,7 +42,10 @@ void ConsoleSession::atNotice(Notice notice)
 {
     _restartedAt.reset();
     if (_isLoggedIn && _state == State::Answering) {
-        closeSegment();
+        if (_exchange.isRestart)
+            closeRestart();
+        else
+            closeSegment();
         loseLogin();
         if (_exchange.isRestart)
             return finish();
@@ -115,6 +118,7 @@ void ConsoleSession::answer(const QByteArray &answer)
     if (answer.toUpper() != "N") // which is followed by another question, or by the prompt
         _exchange.confirmedAt = _now;
     _exchange.askedAt = _screen.segmentSize();
+    _exchange.bootBegin.reset();
     _exchange.hasLineEnd = _exchange.hasInk = false;
     expectAnswer();
     send(answer + "\r\n");
@@ -142,6 +146,8 @@ void ConsoleSession::turnPage()
 void ConsoleSession::atLoginPrompt()
 {
     _restartedAt.reset();
+    if (containsOne(facts().newPasswordTexts, _screen.line()))
+        warn(QStringLiteral("交换机要求设置新密码，请先用终端程序设置，再重新连接"));
     if (_state == State::Answering) {
         closeSegment();
         if (_isLoggedIn)
@@ -239,6 +245,7 @@ void ConsoleSession::typeOwn(const QByteArray &line, const QByteArray &end)
 void ConsoleSession::beginExchange(const QByteArray &line)
 {
     _screen.beginSegment();
+    _reopened = 0;
     _exchange = {};
     _exchange.maySeeStray = std::exchange(_isEnterOpen, false);
     _exchange.line = line;

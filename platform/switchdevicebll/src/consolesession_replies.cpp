@@ -10,13 +10,20 @@ void ConsoleSession::closeSegment()
     if (_exchange.isLogin)
         _block.reply += loginReply(_screen.segment());
     else if (!_exchange.isOwn)
-        _block.reply += commandReply();
+        _block.reply += commandReply(_screen.segment());
     _screen.beginSegment();
 }
 
-QByteArray ConsoleSession::commandReply()
+// What the switch writes after a pause, it writes while it boots.
+void ConsoleSession::closeRestart()
 {
     const QByteArray text = _screen.segment();
+    _block.reply += commandReply(text.left(_exchange.bootBegin.value_or(text.size())));
+    _screen.beginSegment();
+}
+
+QByteArray ConsoleSession::commandReply(const QByteArray &text)
+{
     const QByteArray answer = text.mid(_exchange.echoEnd);
     const bool isCommandLine = !_exchange.line.trimmed().isEmpty();
     if (const auto refusal =
@@ -62,7 +69,7 @@ void ConsoleSession::finish()
 
 void ConsoleSession::finishRestart()
 {
-    closeSegment();
+    closeRestart();
     loseLogin();
     _restartedAt = _now;
     finish();

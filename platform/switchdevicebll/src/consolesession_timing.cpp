@@ -11,8 +11,6 @@ using Milliseconds = std::chrono::milliseconds;
 
 // A serial adapter hands over what it has every 16 ms; at 9600 baud bytes come every millisecond.
 constexpr Milliseconds kShortQuiet{25};
-// What looks like a prompt also stands inside listings, which go on sooner than this.
-constexpr Milliseconds kLongQuiet{300};
 constexpr Milliseconds kNudgeAfter{2000};
 constexpr Milliseconds kRestartQuiet{2000};
 constexpr std::chrono::minutes kLongestBoot{5};

@@ -420,6 +420,7 @@ void Reader::login()
     const auto into = [this](QByteArrayList *list) { return [this, list] { *list << textOfLeaf(); }; };
     children({{"user-name-prompt", into(&facts.userNamePrompts)},
               {"password-prompt", into(&facts.passwordPrompts)},
+              {"new-password", into(&facts.newPasswordTexts)},
               {"failure", into(&facts.failureTexts)},
               {"press-enter", into(&facts.pressEnterTexts)},
               {"interrupt", into(&facts.interruptTexts)}});

@@ -54,6 +54,7 @@ struct SessionFacts
     QByteArrayList promptPrefixes;   // texts that may stand before a prompt on its line
     QByteArrayList userNamePrompts;  // ends of the last, unterminated line; any case
     QByteArrayList passwordPrompts;  // the same; longer ones first
+    QByteArrayList newPasswordTexts; // of a password prompt that asks for another password than the one in force
     QByteArrayList failureTexts;     // of a login that was refused
     QByteArrayList pressEnterTexts;  // an idle console that wants Enter
     QByteArrayList interruptTexts;   // a notice that goes on until Ctrl+C, then Enter

@@ -71,6 +71,7 @@ struct Exchange
     int answers = 0;                 // questions answered
     int askedAt = 0;                 // where in the segment the next question's text may begin
     std::optional<Time> confirmedAt; // the last answer other than no
+    std::optional<int> bootBegin;    // of a restart, in the segment: what the switch wrote after a pause
 };
 
 } // namespace bll

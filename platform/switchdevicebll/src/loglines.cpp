@@ -39,17 +39,23 @@ int behindPrompt(const QByteArray &line)
 
 } // namespace
 
-bool LogLineFinder::isLogLine(const QByteArray &line, const QByteArrayList &others)
+bool beginsLogLine(const QByteArray &line, int at)
+{
+    return beginsWithDate(line, at);
+}
+
+bool LogLineFinder::isLogLine(const QByteArray &line, const QByteArrayList &others, int standing)
 {
     int width = line.size();
     while (width > 0 && (line.at(width - 1) == '\n' || line.at(width - 1) == '\r'))
         --width;
     const bool isOther =
-        line.startsWith('<')
+        (standing == 0 && line.startsWith('<'))
         || std::any_of(others.begin(), others.end(), [&line](const QByteArray &text) { return line.contains(text); });
-    const bool isLog = (_goesOn && !isOther) || line.contains("%%") || beginsWithDate(line, behindPrompt(line));
-    // A longer one comes from a switch that does not wrap.
-    _goesOn = isLog && width == kScreenWidth;
+    const int begin = standing > 0 ? standing : behindPrompt(line);
+    const bool isLog = (_goesOn && !isOther) || line.contains("%%") || beginsWithDate(line, begin);
+    // A longer one comes from a switch that does not wrap. Some count what stood there, some do not.
+    _goesOn = isLog && (width == kScreenWidth || width - standing == kScreenWidth);
     return isLog;
 }
 

@@ -31,6 +31,9 @@ private slots:
     void firstPrompt_isALookAlike();
     void logLines_areDropped_data();
     void logLines_areDropped();
+    void logLine_behindALoginPrompt_leavesIt_data();
+    void logLine_behindALoginPrompt_leavesIt();
+    void newPassword_isLeftToTheUser();
     void bootText_isDropped();
     void question_isAnsweredWithN_data();
     void question_isAnsweredWithN();
@@ -143,6 +146,70 @@ void TestConsoleSessionLogin::logLines_areDropped()
     bench.feed(log + "\r\nUsername:");
     bench.pass(milliseconds(30));
     QCOMPARE(bench.replies.last(), QByteArray("\r\nUsername:"));
+}
+
+// The prompt is not written again; the switch waits for the name or the password all the same.
+void TestConsoleSessionLogin::logLine_behindALoginPrompt_leavesIt_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<int>("afterMs");
+    const struct
+    {
+        const char *tag;
+        QString file;
+        QByteArray log;
+    } logs[] = {
+        {"Huawei, wrapped", kHuawei,
+         "Nov 20 2026 10:11:12+00:00 NAME %%01IFPDT/4/IF_STATE(l)[3]:Interface GigabitEthe\r\n"
+         "rnet0/0/8 has turned into DOWN state.\r\n"},
+        {"Huawei, wrapped with the prompt", kHuawei,
+         "Nov 20 2026 10:11:12+00:00 NAME %%01IFPDT/4/IF_STATE(l)[3]:Interface Gi\r\n"
+         "gabitEthernet0/0/8 has turned into DOWN state.\r\n"},
+        {"Huawei, two", kHuawei,
+         "Nov 20 2026 10:11:12+00:00 NAME %%01CFM/4/SAVE_FILE(l)[3]:one.\r\n"
+         "Nov 20 2026 10:11:13+00:00 NAME %%01CFM/4/SAVE_FILE(l)[4]:two.\r\n"},
+        {"Hua3", kHua3, "%Nov 20 10:11:12:345 2026 NAME IFNET/3/PHY_UPDOWN: changed to up.\r\n"},
+    };
+    for (const auto &log : logs) {
+        for (const int afterMs : {0, 10, 100})
+            QTest::addRow("%s, after %d ms", log.tag, afterMs) << log.file << log.log << afterMs;
+    }
+}
+
+void TestConsoleSessionLogin::logLine_behindALoginPrompt_leavesIt()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, log);
+    QFETCH(int, afterMs);
+    SessionBench bench(shippedDescription(file));
+    const auto promptAndLog = [&](const QByteArray &prompt) {
+        bench.feed(prompt);
+        bench.pass(milliseconds(afterMs));
+        bench.feed(log);
+        bench.pass(milliseconds(200));
+    };
+    bench.submit("\r\n");
+    promptAndLog("\r\nUsername:");
+    bench.submit("admin\r\n");
+    promptAndLog("admin\r\nPassword:");
+    bench.submit("secret\r\n");
+    bench.feed(kWelcome + "<NAME>");
+    bench.pass(milliseconds(310));
+    QCOMPARE(bench.replies, QByteArrayList({"\r\nUsername:", "admin\r\nPassword:", kWelcome + "<NAME>"}));
+    QCOMPARE(bench.takeSent(), QByteArray("\r\nadmin\r\nsecret\r\n"));
+    QVERIFY(bench.session.isLoggedIn());
+}
+
+void TestConsoleSessionLogin::newPassword_isLeftToTheUser()
+{
+    SessionBench bench(shippedDescription(kHua3));
+    bench.submit("\r\n");
+    bench.feed("\r\nFirst login, please configure a new password.\r\nEnter new password:");
+    bench.pass(milliseconds(30));
+    QCOMPARE(bench.replies.size(), 1);
+    QCOMPARE(bench.warnings, QStringList(QStringLiteral("交换机要求设置新密码，请先用终端程序设置，再重新连接|")));
+    QCOMPARE(bench.takeSent(), QByteArray("\r\n"));
 }
 
 void TestConsoleSessionLogin::bootText_isDropped()
@@ -289,6 +356,9 @@ void TestConsoleSessionLogin::failure_isHandedUpAlone_data()
     QTest::newRow("other wording") << kHuawei << QByteArray("\r\nError: Username or password error.\r\n\r\nPassword:")
                                    << QByteArray("\r\nError: Authentication fail (wrong user name or password).\r\n")
                                    << 25;
+    QTest::newRow("refused by the switch itself")
+        << kHuawei << QByteArray("\r\nError: Local authentication is rejected.\r\n\r\nUsername:")
+        << QByteArray("\r\nError: Authentication fail (local).\r\n") << 25;
     QTest::newRow("locked") << kHuawei
                             << QByteArray("\r\nError: The password is invalid.\r\nError: locked\r\n\r\nPlease Press "
                                           "ENTER.\r\n")
@@ -297,6 +367,9 @@ void TestConsoleSessionLogin::failure_isHandedUpAlone_data()
                           << QByteArray("\r\nAAA authentication failed.\r\n") << 25;
     QTest::newRow("Hua3, other wording") << kHua3 << QByteArray("\r\nLogin incorrect\r\n\r\nlogin: ")
                                          << QByteArray("\r\nauthentication failed\r\n") << 25;
+    QTest::newRow("Hua3, refused by the switch itself")
+        << kHua3 << QByteArray("\r\nLocal authentication is rejected.\r\n\r\nlogin: ")
+        << QByteArray("\r\nauthentication failed.\r\n") << 25;
 }
 
 void TestConsoleSessionLogin::failure_isHandedUpAlone()

@@ -34,6 +34,8 @@ private slots:
     void timeout_laterLines_areNotTyped();
     void closedPort_isEmptyOnce();
     void restart_endsTwoSecondsAfterItsLastAnswer();
+    void restart_bootText_isInNoReply_data();
+    void restart_bootText_isInNoReply();
     void restart_nothingIsSentWhileTheSwitchBoots();
     void restart_bannerEndsTheStartUp();
     void restart_thatWasDenied_isOver();
@@ -383,6 +385,44 @@ void restart(SessionBench &bench)
 }
 
 } // namespace
+
+void TestConsoleSessionTiming::restart_bootText_isInNoReply_data()
+{
+    QTest::addColumn<QByteArray>("question"); // the one that is answered; empty: none
+    QTest::addColumn<QByteArray>("end");
+    QTest::newRow("after two seconds") << QByteArray("System will reboot! Continue?[Y/N]:") << QByteArray();
+    QTest::newRow("by the banner") << QByteArray("System will reboot! Continue?[Y/N]:")
+                                   << QByteArray("Please Press ENTER.\r\n");
+    QTest::newRow("last answer no") << QByteArray("Save the configuration? [Y/N]:")
+                                    << QByteArray("Please Press ENTER.\r\n");
+    QTest::newRow("no question") << QByteArray() << QByteArray("Please Press ENTER.\r\n");
+}
+
+void TestConsoleSessionTiming::restart_bootText_isInNoReply()
+{
+    QFETCH(QByteArray, question);
+    QFETCH(QByteArray, end);
+    SessionBench bench(shippedDescription(QStringLiteral("Huawei.xml")));
+    bench.logIn();
+    bench.submit("reboot\r\n");
+    QByteArray told = "reboot\r\n" + question;
+    bench.feed(told);
+    bench.pass(milliseconds(25));
+    if (!question.isEmpty()) {
+        bench.feed("Y\r\n");
+        told += "Y\r\n";
+    }
+    bench.pass(milliseconds(250));
+    bench.feed("Info: system is rebooting, please wait...\r\n");
+    told += "Info: system is rebooting, please wait...\r\n";
+    for (int i = 0; i < 4; ++i) {
+        bench.pass(milliseconds(300));
+        bench.feed("BIOS Username: LOADING ...\r\n");
+    }
+    bench.feed(end);
+    bench.pass(milliseconds(1200));
+    QCOMPARE(bench.replies, QByteArrayList{told});
+}
 
 void TestConsoleSessionTiming::restart_nothingIsSentWhileTheSwitchBoots()
 {
