@@ -222,7 +222,7 @@ ExitStatus runApply(const QStringList &words, Language language)
         return refuseUsage(applyCommand(), request.error, line.connection.language);
     const SwitchAction apply = [&request, &line](SwitchDeviceViewModel &viewModel) {
         const Language told = line.connection.language;
-        const QString error = FeatureSetter(viewModel, told).set(request);
+        QString error = FeatureSetter(viewModel, told).set(request);
         if (!error.isEmpty())
             return error;
         viewModel.sendSwitchDeviceCmd();

@@ -150,7 +150,7 @@ Outcome exportTo(OutputFile &output, const SwitchCommandLine &line, SwitchSessio
     if (!folder.isValid())
         return {ExitStatus::Failed, inLanguage(kNoTemporary, language, {folder.errorString()})};
     const QString raw = folder.filePath(QStringLiteral("configuration"));
-    const Outcome outcome = session.run(exportAction(raw));
+    Outcome outcome = session.run(exportAction(raw));
     if (outcome.status != ExitStatus::Done && outcome.status != ExitStatus::Refused)
         return outcome;
     const FileText text = readFile(raw, language);

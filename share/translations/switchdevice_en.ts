@@ -416,6 +416,10 @@
         <translation>PoE port</translation>
     </message>
     <message>
+        <source>所列端口</source>
+        <translation>listed port</translation>
+    </message>
+    <message>
         <source>端口列表</source>
         <translation>list of ports</translation>
     </message>

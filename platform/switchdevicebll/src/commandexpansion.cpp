@@ -56,7 +56,7 @@ private:
     std::optional<QString> numberText(const ValueSpec &value, std::optional<int> fallback = std::nullopt);
     std::optional<QString> joinerText(const ValueSpec &value);
     std::optional<QString> slotNumber(int port);
-    std::optional<PortText> portText(const ValueSpec &value, const QString &text);
+    std::optional<PortText> portText(const QString &label, const QString &text);
     std::optional<PortRange> rangeOf(const ValueSpec &value);
     std::optional<QString> typeOf(const ValueSpec &value);
 
@@ -177,7 +177,7 @@ std::optional<QString> Expander::choiceOf(const ValueSpec &value)
     const QString &text = _values.*value.text;
     if (value.kind == ValueKind::Word || text.isEmpty() || text == QLatin1String("all"))
         return text;
-    const std::optional<PortText> port = portText(value, text);
+    const std::optional<PortText> port = portText(value.label, text);
     return port ? std::optional<QString>(port->type) : std::nullopt;
 }
 
@@ -208,7 +208,7 @@ std::optional<QStringList> Expander::listedPorts(const ValueSpec &value)
         return refuse(QStringLiteral("%1超过 %2 个"), value.label, {QString::number(most)});
     QStringList ports;
     for (const QString &text : _ports) {
-        const std::optional<PortText> port = portText(value, text);
+        const std::optional<PortText> port = portText(QStringLiteral("所列端口"), text);
         if (!port)
             return std::nullopt;
         ports << _description.interfaces.portName(port->type, port->number);
@@ -244,7 +244,7 @@ std::optional<QString> Expander::wholeText(const ValueSpec &value, std::optional
         return numberText(value, fallback);
     if (value.kind == ValueKind::Joiner)
         return joinerText(value);
-    const std::optional<PortText> port = portText(value, _values.*value.text);
+    const std::optional<PortText> port = portText(value.label, _values.*value.text);
     return port ? std::optional<QString>(_description.interfaces.portName(port->type, port->number)) : std::nullopt;
 }
 
@@ -279,10 +279,10 @@ std::optional<QString> Expander::slotNumber(int port)
 }
 
 // The port as the switch spells it: full type, slot/subslot/port.
-std::optional<PortText> Expander::portText(const ValueSpec &value, const QString &text)
+std::optional<PortText> Expander::portText(const QString &label, const QString &text)
 {
     if (text.isEmpty())
-        return refuse(QStringLiteral("未设置%1"), value.label);
+        return refuse(QStringLiteral("未设置%1"), label);
     const std::optional<PortText> split = splitPort(text);
     if (split && split->type.isEmpty()) {
         // A bare number: a down port of the switch, or its most usual kind as long as no type was set.
@@ -298,7 +298,7 @@ std::optional<PortText> Expander::portText(const ValueSpec &value, const QString
         if (type && isPortNumber(split->number))
             return PortText{*type, split->number};
     }
-    return refuse(QStringLiteral("%1 %2 不是 %3 的端口"), value.label, {quoted(text), _description.name});
+    return refuse(QStringLiteral("%1 %2 不是 %3 的端口"), label, {quoted(text), _description.name});
 }
 
 std::optional<PortRange> Expander::rangeOf(const ValueSpec &value)

@@ -58,6 +58,15 @@ void ConsoleScreen::beginSegment()
     _segment = _text.size();
 }
 
+void ConsoleScreen::shortenLine(int size)
+{
+    const int surplus = _text.size() - _line - size;
+    if (surplus <= 0)
+        return;
+    _text.remove(_line, surplus);
+    _segment = std::max(_line, _segment - surplus);
+}
+
 void ConsoleScreen::reopenLine(int kept)
 {
     _line = _completed;

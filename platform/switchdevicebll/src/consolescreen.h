@@ -31,6 +31,9 @@ public:
     /// Keeps the unterminated line, forgets everything before it, and counts what comes from here on as new.
     void beginSegment();
 
+    /// The unterminated line begins with its last `size` bytes: what stood before them was answered without a line end.
+    void shortenLine(int size);
+
     /// What has come since beginSegment().
     QByteArray segment() const { return _text.mid(_segment); }
     int segmentSize() const { return _text.size() - _segment; }

@@ -216,8 +216,8 @@ int ConsoleSession::standingIn(const QByteArray &line) const
     for (int at = 1; at < last; ++at) {
         if (!beginsLogLine(line, at))
             continue;
-        const LineEnding::Kind kind = endingOf(facts(), line.left(at), _name).kind;
-        return kind == LineEnding::Kind::UserName || kind == LineEnding::Kind::Password ? at : 0;
+        // "Last login: Nov 20" is none.
+        return endingOf(facts(), line.left(at), _name).isWholeLine ? at : 0;
     }
     return 0;
 }

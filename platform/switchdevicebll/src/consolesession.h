@@ -178,6 +178,7 @@ private:
     LogLineFinder _logLines;
     int _reopened = 0; // length of the login prompt that stands there again, since a log line behind it was taken away
     Notice _notice = Notice::None; // of the last line that says something
+    bool _isBehindAnswer = false;  // it was judged without what stood before the last answer
     LineEnding _ending;            // of the unterminated line, while the session is busy
     Time _lastByte;
     Time _lastActivity; // a byte received, a line typed, a key pressed

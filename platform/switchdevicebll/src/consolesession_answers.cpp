@@ -73,10 +73,13 @@ void ConsoleSession::atPrompt(const LineEnding &ending)
         _name = ending.name;
         debug(QStringLiteral("the switch is called ") + QString::fromUtf8(_name));
     }
+    const int written = _screen.segmentSize() - _exchange.askedAt;
     if (_state == State::Answering)
         closeSegment();
     else
         _screen.beginSegment();
+    if (_isBehindAnswer)
+        _screen.shortenLine(written);
     if (ending.isUserView)
         _block.isStuck = false;
     nextItem(true);
@@ -146,7 +149,7 @@ void ConsoleSession::turnPage()
 void ConsoleSession::atLoginPrompt()
 {
     _restartedAt.reset();
-    if (containsOne(facts().newPasswordTexts, _screen.line()))
+    if (containsOne(facts().newPasswordTexts, _screen.line().toLower()))
         warn(QStringLiteral("交换机要求设置新密码，请先用终端程序设置，再重新连接"));
     if (_state == State::Answering) {
         closeSegment();

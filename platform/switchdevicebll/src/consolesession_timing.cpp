@@ -57,8 +57,8 @@ void ConsoleSession::judgeLine()
         return;
     // What was typed need not be echoed, not even its Enter: what follows it then stands on the line of the prompt or
     // question before.
-    const bool isBehindAnswer = !_exchange.hasLineEnd && (_exchange.answers > 0 || _exchange.hasInk);
-    const QByteArray line = isBehindAnswer ? _screen.segmentFrom(_exchange.askedAt) : _screen.line();
+    _isBehindAnswer = !_exchange.hasLineEnd && (_exchange.answers > 0 || _exchange.hasInk);
+    const QByteArray line = _isBehindAnswer ? _screen.segmentFrom(_exchange.askedAt) : _screen.line();
     const LineEnding ending = endingOf(facts(), line, _name);
     // What a switch that boots asks is none of our business.
     const bool isBooting =
@@ -95,6 +95,8 @@ std::optional<ConsoleSession::Time> ConsoleSession::reactionAt() const
 
 Milliseconds ConsoleSession::quietTime() const
 {
+    // Without a line end it may be the echo of what was typed.
+    const bool isPastEcho = _exchange.hasLineEnd || _exchange.answers > 0;
     bool isSure = false;
     switch (_ending.kind) {
     case LineEnding::Kind::None:
@@ -102,17 +104,18 @@ Milliseconds ConsoleSession::quietTime() const
     case LineEnding::Kind::Prompt:
         if (isPerhapsStray())
             return kNudgeAfter;
-        isSure = _ending.isNamed && _exchange.echo.isComplete();
+        isSure = _ending.isNamed && _exchange.echo.isComplete() && isPastEcho;
         break;
     case LineEnding::Kind::Question:
-        isSure = true;
+        isSure = isPastEcho;
         break;
     case LineEnding::Kind::Pager:
         isSure = !_exchange.isPaging;
         break;
     case LineEnding::Kind::UserName:
     case LineEnding::Kind::Password:
-        isSure = !_isLoggedIn || _ending.isWholeLine;
+        // One that a log line was written behind may be about to be written again.
+        isSure = _reopened == 0 && (!_isLoggedIn || (_ending.isWholeLine && isPastEcho));
         break;
     }
     return isSure ? kShortQuiet : kLongQuiet;

@@ -1,5 +1,8 @@
 #include "devicedescription.h"
 
+#include "lineending.h"
+#include "loglines.h"
+
 #include <algorithm>
 
 namespace ovra {
@@ -109,6 +112,8 @@ std::optional<QByteArray> refusalIn(const SessionFacts &facts, const QByteArray 
         return std::nullopt;
     const bool isFreeText =
         isConfiguring && !facts.freeTextExceptions.isEmpty() && !isOneOf(facts.freeTextExceptions, line);
+    LogLineFinder logLines;
+    bool isLogged = false; // the second line of a trap is set off like a refusal
     int begin = 0;
     while (begin < reply.size()) {
         const int newline = reply.indexOf('\n', begin);
@@ -116,10 +121,16 @@ std::optional<QByteArray> refusalIn(const SessionFacts &facts, const QByteArray 
         int text = begin;
         while (text < end && reply.at(text) == ' ')
             ++text;
-        const bool isSetOff = isFreeText && text == begin + 1 && text < end && isLetter(reply.at(text))
-                              && !beginsWithOne(reply, text, end, facts.noticeTexts);
-        if (isSetOff || beginsWithOne(reply, text, end, facts.errorTexts))
+        if (beginsWithOne(reply, text, end, facts.errorTexts))
             return reply.mid(text, end - text).trimmed();
+        if (isFreeText) {
+            const QByteArray whole = reply.mid(begin, end - begin);
+            const bool isSetOff = text == begin + 1 && text < end && isLetter(reply.at(text));
+            isLogged = logLines.isLogLine(whole) || (isLogged && isSetOff);
+            if (isSetOff && !isLogged && !beginsWithOne(reply, text, end, facts.noticeTexts)
+                && !containsOne(facts.questionEndings, whole))
+                return whole.trimmed();
+        }
         begin = end + 1;
     }
     return std::nullopt;

@@ -54,7 +54,7 @@ struct SessionFacts
     QByteArrayList promptPrefixes;   // texts that may stand before a prompt on its line
     QByteArrayList userNamePrompts;  // ends of the last, unterminated line; any case
     QByteArrayList passwordPrompts;  // the same; longer ones first
-    QByteArrayList newPasswordTexts; // of a password prompt that asks for another password than the one in force
+    QByteArrayList newPasswordTexts; // in lower case, of a password prompt that asks for another one than that in force
     QByteArrayList failureTexts;     // of a login that was refused
     QByteArrayList pressEnterTexts;  // an idle console that wants Enter
     QByteArrayList interruptTexts;   // a notice that goes on until Ctrl+C, then Enter
@@ -62,8 +62,8 @@ struct SessionFacts
     std::vector<PagerErasure> pagerErasures;
     QByteArrayList expectedRefusals; // commands that clear what may not be there: their refusal means nothing
     QByteArrayList errorTexts;       // beginnings of a line by which the switch refuses a command
-    // With any: in the views of the configuration each line behind one blank is a refusal, but not that of these
-    // commands.
+    // With any: in the views of the configuration each line with one blank and a letter in front is a refusal, but not
+    // that of these commands.
     QByteArrayList freeTextExceptions;
     QByteArrayList noticeTexts;           // beginnings of such lines that are none
     QByteArrayList questionEndings;       // ends of the last, unterminated line

@@ -36,6 +36,10 @@ private slots:
     void reply_ownPrompt_isNoAnswer();
     void reply_withoutEchoAndLineEnd_endsAtThePrompt_data();
     void reply_withoutEchoAndLineEnd_endsAtThePrompt();
+    void reply_withoutEcho_viewIsKnown();
+    void reply_withoutEcho_answerWithoutQuestion_isDropped();
+    void reply_echoThatLooksLikeAPrompt_isNone_data();
+    void reply_echoThatLooksLikeAPrompt_isNone();
     void rules_seeOnlyWhatFollowsTheEcho();
     void rules_ofOneCommand_leaveTheOthers();
     void rules_thatFire_areLogged();
@@ -359,6 +363,60 @@ void TestConsoleSession::reply_withoutEchoAndLineEnd_endsAtThePrompt()
     }
     QCOMPARE(bench.replies, QByteArrayList{answers.join()});
     QCOMPARE(bench.takeSent(), QByteArray());
+}
+
+// Its prompts stand one behind the other on one line.
+void TestConsoleSession::reply_withoutEcho_viewIsKnown()
+{
+    SessionBench bench(shippedDescription(QStringLiteral("Hua3.xml")));
+    bench.logIn();
+    bench.submit("system-view\r\nvlan 7\r\nport access vlan 9\r\nreturn\r\n");
+    for (const char *answer : {"[NAME]", "[NAME-vlan7]", " The VLAN does not exist.\r\n[NAME-vlan7]", "<NAME>"}) {
+        bench.feed(answer);
+        bench.pass(milliseconds(310));
+    }
+    QCOMPARE(bench.replies, QByteArrayList{"[NAME][NAME-vlan7] The VLAN does not exist.\r\n[NAME-vlan7]<NAME>"});
+    QCOMPARE(bench.warnings,
+             QStringList{QStringLiteral("交换机拒绝了命令 %1：%2|port access vlan 9|The VLAN does not exist.")});
+}
+
+void TestConsoleSession::reply_withoutEcho_answerWithoutQuestion_isDropped()
+{
+    SessionBench bench(shippedDescription(QStringLiteral("Huawei.xml")));
+    bench.logIn();
+    for (int i = 0; i < 2; ++i) {
+        bench.submit("commit\r\nY\r\n");
+        bench.feed("<NAME>");
+        bench.pass(milliseconds(310));
+        QCOMPARE(bench.takeSent(), QByteArray("commit\r\n"));
+        QCOMPARE(bench.replies.size(), i + 1);
+    }
+}
+
+// The switch takes its time for the line end behind the echo.
+void TestConsoleSession::reply_echoThatLooksLikeAPrompt_isNone_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    for (const char *line : {"Password:", "Username:", "<NAME>", "[NAME]", "echo Continue? [Y/N]:"})
+        QTest::newRow(line) << QByteArray(line);
+}
+
+void TestConsoleSession::reply_echoThatLooksLikeAPrompt_isNone()
+{
+    QFETCH(QByteArray, line);
+    SessionBench bench(shippedDescription(QStringLiteral("Huawei.xml")));
+    bench.logIn();
+    bench.submit(line + "\r\nreturn\r\n");
+    QCOMPARE(bench.takeSent(), line + "\r\n");
+    bench.feed(line);
+    bench.pass(milliseconds(200));
+    QCOMPARE(bench.takeSent(), QByteArray());
+    bench.feed("\r\nError: Unrecognized command found at '^' position.\r\n<NAME>");
+    bench.pass(milliseconds(30));
+    QCOMPARE(bench.takeSent(), QByteArray("return\r\n"));
+    QVERIFY(bench.session.isLoggedIn());
+    QCOMPARE(bench.warnings.size(), 1);
+    QVERIFY2(bench.warnings.first().contains(QString::fromUtf8(line)), qPrintable(bench.warnings.first()));
 }
 
 void TestConsoleSession::rules_seeOnlyWhatFollowsTheEcho()

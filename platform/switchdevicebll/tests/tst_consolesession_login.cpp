@@ -33,6 +33,10 @@ private slots:
     void logLines_areDropped();
     void logLine_behindALoginPrompt_leavesIt_data();
     void logLine_behindALoginPrompt_leavesIt();
+    void logLine_behindALoginPrompt_whichIsWrittenAgain();
+    void bannerWithADate_isNoLoginPrompt_data();
+    void bannerWithADate_isNoLoginPrompt();
+    void newPassword_isLeftToTheUser_data();
     void newPassword_isLeftToTheUser();
     void bootText_isDropped();
     void question_isAnsweredWithN_data();
@@ -187,7 +191,7 @@ void TestConsoleSessionLogin::logLine_behindALoginPrompt_leavesIt()
         bench.feed(prompt);
         bench.pass(milliseconds(afterMs));
         bench.feed(log);
-        bench.pass(milliseconds(200));
+        bench.pass(milliseconds(310)); // the prompt might be written again
     };
     bench.submit("\r\n");
     promptAndLog("\r\nUsername:");
@@ -201,11 +205,56 @@ void TestConsoleSessionLogin::logLine_behindALoginPrompt_leavesIt()
     QVERIFY(bench.session.isLoggedIn());
 }
 
+void TestConsoleSessionLogin::logLine_behindALoginPrompt_whichIsWrittenAgain()
+{
+    SessionBench bench(shippedDescription(kHuawei));
+    bench.submit("\r\n");
+    bench.feed("\r\nUsername:Nov 20 2026 10:11:12+00:00 NAME %%01CFM/4/SAVE_FILE(l)[3]:one.\r\n");
+    bench.pass(milliseconds(40));
+    QCOMPARE(bench.replies, QByteArrayList());
+    bench.feed("\r\nUsername:");
+    bench.pass(milliseconds(310));
+    QCOMPARE(bench.replies, QByteArrayList{"\r\n\r\nUsername:"});
+    QCOMPARE(bench.takeSent(), QByteArray("\r\n"));
+}
+
+void TestConsoleSessionLogin::bannerWithADate_isNoLoginPrompt_data()
+{
+    QTest::addColumn<QByteArray>("banner");
+    QTest::newRow("last login") << QByteArray("Last login: Nov 20 10:11:12 2026 from console0\r\n");
+    QTest::newRow("unsuccessful login") << QByteArray("  Unsuccessful login: Nov 20 2026 10:11:12\r\n");
+    QTest::newRow("changed password") << QByteArray("Last change of the password: Nov 20 2026 10:11:12\r\n");
+}
+
+void TestConsoleSessionLogin::bannerWithADate_isNoLoginPrompt()
+{
+    QFETCH(QByteArray, banner);
+    for (const int pauseMs : {0, 30, 400}) {
+        SessionBench bench(shippedDescription(kHua3));
+        bench.submit("\r\n");
+        bench.feed("\r\n" + banner);
+        bench.pass(milliseconds(pauseMs));
+        bench.feed("<NAME>");
+        bench.pass(milliseconds(310));
+        QCOMPARE(bench.replies, QByteArrayList{"\r\n" + banner + "<NAME>"});
+        QVERIFY(bench.session.isLoggedIn());
+    }
+}
+
+void TestConsoleSessionLogin::newPassword_isLeftToTheUser_data()
+{
+    QTest::addColumn<QByteArray>("prompt");
+    QTest::newRow("small") << QByteArray("Enter new password:");
+    QTest::newRow("capital") << QByteArray("New Password:");
+    QTest::newRow("again") << QByteArray("Re-enter new password:");
+}
+
 void TestConsoleSessionLogin::newPassword_isLeftToTheUser()
 {
+    QFETCH(QByteArray, prompt);
     SessionBench bench(shippedDescription(kHua3));
     bench.submit("\r\n");
-    bench.feed("\r\nFirst login, please configure a new password.\r\nEnter new password:");
+    bench.feed("\r\nFirst login, please configure a new password.\r\n" + prompt);
     bench.pass(milliseconds(30));
     QCOMPARE(bench.replies.size(), 1);
     QCOMPARE(bench.warnings, QStringList(QStringLiteral("交换机要求设置新密码，请先用终端程序设置，再重新连接|")));

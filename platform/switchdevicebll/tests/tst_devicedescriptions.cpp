@@ -684,6 +684,17 @@ void TestDeviceDescriptions::refusalIn_reply_data()
     add(kHua3, "x", "  The VLAN does not exist.\r\n[NAME]", "");
     add(kHua3, "x", " #\r\n [NAME]\r\n \r\n 1 port\r\n ", "");
     add(kHua3, "vlan 2 to 30", " Please wait... Done.\r\n[NAME]", "");
+    add(kHua3, "shutdown",
+        "#Nov 20 10:11:12:345 2026 NAME IFNET/4/INTERFACE UPDOWN:\r\n Trap 1.3.6.1.6.3.1.1.5.3<linkDown>: down\r\n"
+        " ifAdminStatus is 2\r\n[NAME]",
+        "");
+    add(kHua3, "shutdown",
+        "%Nov 20 10:11:12:345 2026 NAME IFNET/3/PHY_UPDOWN: Physical state on the\r\n interface changed to down.\r\n"
+        "[NAME]",
+        "");
+    add(kHua3, "port access vlan 7", "%Nov 20 10:11:12:345 2026 NAME IFNET/3/X: y\r\n\r\n The VLAN does not exist.\r\n",
+        "The VLAN does not exist.");
+    add(kHua3, "x", " This operation may drop the link. Continue? [Y/N]:N\r\n[NAME]", "");
     add(kHua3, "display vlan 7", " VLAN ID: 7\r\n The VLAN does not exist.\r\n[NAME]", "");
     add(kHuawei, "x", " The VLAN does not exist.\r\n[NAME]", "");
     add(kHua3, "x", "%Nov 20 10:11:12:345 2026 NAME IFNET/3/PHY_UPDOWN: up.\r\n100% of it\r\n<NAME>", "");

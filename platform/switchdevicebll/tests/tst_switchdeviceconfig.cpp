@@ -1236,7 +1236,7 @@ void TestSwitchDeviceConfig::value_hostilePort_inTheList_refusesTheWholeList_dat
     QTest::addColumn<QStringList>("ports");
     QTest::addColumn<QString>("reason");
     QTest::newRow("none") << QStringList() << QStringLiteral("端口列表为空");
-    QTest::newRow("empty port") << s({"g0/0/1", ""}) << QStringLiteral("未设置端口列表");
+    QTest::newRow("empty port") << s({"g0/0/1", ""}) << QStringLiteral("未设置所列端口");
     QTest::newRow("line end") << s({"g0/0/1", "g0/0/2\r\nreboot"})
                               << QStringLiteral("\"g0/0/2\\\\u000d\\\\u000areboot\"");
     QTest::newRow("all") << s({"all"}) << QStringLiteral("\"all\" 不是 Huawei switch 的端口");

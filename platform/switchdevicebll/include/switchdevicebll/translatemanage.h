@@ -26,7 +26,7 @@ public:
     /// ever, owned by the manager.
     lumen::trans::Translator *getTranslator();
 
-    /// The same translator in whatever language it stands, which a program may have switched for itself.
+    /// The same translator in whatever language it is set to, which a program may have switched for itself.
     const lumen::trans::Translator *currentTranslator() const { return &_translator; }
 
     /// The code of the configured language: read from the file at every call, unless setLanguage() could not write it.
