@@ -35,7 +35,7 @@ constexpr Text kTimeOut{"%1: not done within %2 s", "%1：%2秒内未完成"};
 constexpr Text kSilence{
     "%1: nothing comes at %2 baud (is the switch on, the cable in its console port, the speed right?)",
     "%1：波特率%2下没有收到任何数据（请检查交换机电源、console线和波特率）"};
-constexpr Text kNoLogin{"%1: no login, see above", "%1：未能登录，见上文"};
+constexpr Text kNoLogin{"%1: no login at %2 baud, see above", "%1：波特率%2下未能登录，见上文"};
 constexpr Text kNoPrompt{"%1: what comes at %2 baud is neither a login nor a prompt",
                          "%1：波特率%2下收到的数据既不是登录提示也不是命令提示符"};
 constexpr Text kNoInventory{"%1: the port listing is not that of a %2 switch; is --family right?",
