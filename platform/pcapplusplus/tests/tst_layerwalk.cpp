@@ -32,6 +32,8 @@ public:
 
     const pcpp::Packet *operator->() const { return _packet.get(); }
     const pcpp::UdpLayer *udpLayer() const { return _packet->getLayerOfType<pcpp::UdpLayer>(); }
+    // Nothing without a UDP layer.
+    size_t udpPayloadSize() const { return udpLayer() ? udpLayer()->getLayerPayloadSize() : 0; }
     const pcpp::IPv4Layer *ipLayer() const { return _packet->getLayerOfType<pcpp::IPv4Layer>(); }
 
     /// Whether every layer found lies within the packet.
@@ -192,7 +194,7 @@ TEST_P(WalkToUdp, paddingBehindTheDatagram_isNotPayload)
     const Bytes padded = join({row.bytes, Bytes(18, 0xEE)});
     const WalkedPacket packet(padded, padded.size(), row.linkType);
     ASSERT_NE(packet.udpLayer(), nullptr);
-    EXPECT_EQ(packet.udpLayer()->getLayerPayloadSize(), kPayload.size());
+    EXPECT_EQ(packet.udpPayloadSize(), kPayload.size());
 }
 
 TEST_P(WalkToUdp, damagedPacket_layersStayWithinThePacket)
@@ -283,7 +285,7 @@ TEST(LayerWalk, ipv4TotalLength0_takesWhatWasCaptured)
     bytes[2] = bytes[3] = 0;
     const WalkedPacket packet(bytes, bytes.size(), pcpp::LINKTYPE_RAW);
     ASSERT_NE(packet.udpLayer(), nullptr);
-    EXPECT_EQ(packet.udpLayer()->getLayerPayloadSize(), kPayload.size());
+    EXPECT_EQ(packet.udpPayloadSize(), kPayload.size());
 }
 
 TEST(LayerWalk, udpLengthField_doesNotCutThePayload)
@@ -292,7 +294,7 @@ TEST(LayerWalk, udpLengthField_doesNotCutThePayload)
     bytes[20 + 5] = 8;
     const WalkedPacket packet(bytes, bytes.size(), pcpp::LINKTYPE_RAW);
     ASSERT_NE(packet.udpLayer(), nullptr);
-    EXPECT_EQ(packet.udpLayer()->getLayerPayloadSize(), kPayload.size());
+    EXPECT_EQ(packet.udpPayloadSize(), kPayload.size());
 }
 
 TEST(LayerWalk, parseUntil_stopsBehindThatLayer)
