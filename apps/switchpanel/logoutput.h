@@ -22,6 +22,7 @@ public:
     //! From now on the text is shown as "****", also where a message quotes it as bytes. Empty texts hide nothing.
     static void hide(const QString &secret);
 
+    //! The text with everything that is hidden shown so.
     static QString withoutSecrets(QString text);
 
     //! Warnings and worse so far.

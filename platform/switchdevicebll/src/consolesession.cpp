@@ -70,7 +70,9 @@ SessionActions ConsoleSession::receive(const QByteArray &bytes, Time now)
     _now = now;
     if (bytes.isEmpty())
         return {};
-    if (_exchange.isRestart && !_exchange.bootBegin && now >= _lastActivity + kLongQuiet)
+    // A pause before anything has come is the switch thinking.
+    const bool hasPaused = _screen.segmentSize() > _exchange.askedAt && now >= _lastActivity + kLongQuiet;
+    if (_exchange.isRestart && !_exchange.bootBegin && hasPaused)
         _exchange.bootBegin = _screen.segmentSize();
     for (const char byte : bytes)
         takeByte(byte);

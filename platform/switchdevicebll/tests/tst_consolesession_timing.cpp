@@ -36,6 +36,7 @@ private slots:
     void restart_endsTwoSecondsAfterItsLastAnswer();
     void restart_bootText_isInNoReply_data();
     void restart_bootText_isInNoReply();
+    void restart_slowAnswer_isNoBootText();
     void restart_nothingIsSentWhileTheSwitchBoots();
     void restart_bannerEndsTheStartUp();
     void restart_thatWasDenied_isOver();
@@ -422,6 +423,20 @@ void TestConsoleSessionTiming::restart_bootText_isInNoReply()
     bench.feed(end);
     bench.pass(milliseconds(1200));
     QCOMPARE(bench.replies, QByteArrayList{told});
+}
+
+// The switch needs a while for the echo, too.
+void TestConsoleSessionTiming::restart_slowAnswer_isNoBootText()
+{
+    SessionBench bench(shippedDescription(QStringLiteral("Huawei.xml")));
+    bench.logIn();
+    bench.submit("reboot\r\n");
+    bench.pass(milliseconds(800));
+    bench.feed("reboot\r\nInfo: system is rebooting, please wait...\r\n");
+    bench.pass(milliseconds(500));
+    bench.feed("BIOS LOADING ...\r\nPlease Press ENTER.\r\n");
+    bench.pass(milliseconds(1200));
+    QCOMPARE(bench.replies, QByteArrayList{"reboot\r\nInfo: system is rebooting, please wait...\r\n"});
 }
 
 void TestConsoleSessionTiming::restart_nothingIsSentWhileTheSwitchBoots()
